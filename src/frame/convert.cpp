@@ -1,0 +1,38 @@
+// The pair test and the two code conversions through which narrow text
+// meets wide text.
+#include <cstring>
+
+#include "frame/text.h"
+
+namespace {
+
+// Both conversions zero-fill the whole destination first, so that an empty
+// source leaves the empty text and a caller can go by dst alone. The result
+// counts the terminator and one more: "abc" gives 5, a failure 1.
+template <class From, class To, class Convert>
+int32_t convert(const From* src, To* dst, int32_t size, Convert platform_convert) {
+  if (dst != nullptr && size > 0) std::memset(dst, 0, static_cast<std::size_t>(size) * sizeof(To));
+  if (src == nullptr || src[0] == 0) return -1;
+  if (size < 0) return 1;  // the platform refuses a negative capacity
+  return platform_convert(src, size > 0 ? dst : nullptr, size) + 1;
+}
+
+}  // namespace
+
+extern "C" {
+
+KZ_API int32_t KZ_IsSJisMultiByteChar(const char* p) { return kz::is_pair(p) ? 1 : 0; }
+
+KZ_API int32_t KZ_SJIS2UNICODE(const char* src, KZ_WCHAR* dst, int32_t size) {
+  return convert(src, dst, size, [](const char* s, KZ_WCHAR* d, int n) {
+    return kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, s, -1, d, n);
+  });
+}
+
+KZ_API int32_t KZ_UNICODE2SJIS(const KZ_WCHAR* src, char* dst, int32_t size) {
+  return convert(src, dst, size, [](const KZ_WCHAR* s, char* d, int n) {
+    return kz::os::WideCharToMultiByte(kz::os::kAnsiCodePage, 0, s, -1, d, n, nullptr, nullptr);
+  });
+}
+
+}  // extern "C"

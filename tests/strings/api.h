@@ -15,14 +15,23 @@ struct Strings;
     return KZ_##name##suffix(args...); \
   }
 
-#define KZ_STRING_TWINS(suffix)      \
-  KZ_TWIN(StringCopyEx, suffix)      \
-  KZ_TWIN(StringCopyExAfter, suffix) \
-  KZ_TWIN(GetCodeCount, suffix)      \
-  KZ_TWIN(GetCodeLength, suffix)     \
-  KZ_TWIN(StringSplit, suffix)       \
-  KZ_TWIN(StringCSV, suffix)         \
-  KZ_TWIN(DeleteStrList, suffix)
+#define KZ_STRING_TWINS(suffix)       \
+  KZ_TWIN(StringCopyEx, suffix)       \
+  KZ_TWIN(StringCopyExAfter, suffix)  \
+  KZ_TWIN(GetCodeCount, suffix)       \
+  KZ_TWIN(GetCodeLength, suffix)      \
+  KZ_TWIN(StringSplit, suffix)        \
+  KZ_TWIN(StringCSV, suffix)          \
+  KZ_TWIN(DeleteStrList, suffix)      \
+  KZ_TWIN(StringTrimLeft, suffix)     \
+  KZ_TWIN(StringTrimRight, suffix)    \
+  KZ_TWIN(StringTrim, suffix)         \
+  KZ_TWIN(StringZeroSuppress, suffix) \
+  KZ_TWIN(StringLengthCopy, suffix)   \
+  KZ_TWIN(StringGetQuoted, suffix)    \
+  KZ_TWIN(SetDoublequote, suffix)     \
+  KZ_TWIN(DelDoublequote, suffix)     \
+  KZ_TWIN(StringPassword, suffix)
 
 template <>
 struct Strings<char> {

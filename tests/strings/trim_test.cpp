@@ -109,6 +109,7 @@ TEST(NarrowTrimming, ScansEndAtADoubleByteCharacter) {
     const char* expected;
   } cases[] = {
       {Op::kLeft, " \x95\x5C ", ' ', "\x95\x5C "},
+      {Op::kLeft, "\x95\x5C", '\\', "\x95\x5C"},
       // A lead byte equal to trim is protected by the pair test...
       {Op::kLeft, "\x83\x5C", '\x83', "\x83\x5C"},
       // ...but a lead byte at the end is no pair: a text of trim alone.

@@ -19,46 +19,97 @@
 namespace kz::os {
 namespace {
 
+using cp932::kDecode;
 using cp932::kLeadIndex;
-using cp932::kPair;
-using cp932::kSingleByte;
 
-// Units out of a run of bytes. A lead byte takes the byte after it as its
-// trail, whatever its value, unless the text ends there or that byte is 0:
-// then the lead byte stands alone. With Checked, the output stops at
-// capacity and the result is -1 when the run does not fit.
-template <bool Checked>
-long decode_run(const unsigned char* src, std::size_t length, char16_t* dst, std::size_t capacity) {
-  std::size_t in = 0, out = 0;
-  while (in < length) {
+// ---- Decoding ---------------------------------------------------------------
+// A lead byte takes the byte after it as its trail, whatever its value, unless
+// the text ends there or that byte is 0: then the lead byte stands alone.
+
 #if defined(__SSE2__)
-    // Sixteen ASCII bytes at a time; a mixed block gives its ASCII prefix.
-    while (in + 16 <= length && (!Checked || out + 16 <= capacity)) {
-      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-      const unsigned high = static_cast<unsigned>(_mm_movemask_epi8(bytes));
-      if (high != 0) {
-        const unsigned ascii = static_cast<unsigned>(__builtin_ctz(high));
-        for (unsigned k = 0; k < ascii; ++k) dst[out + k] = src[in + k];
-        in += ascii;
-        out += ascii;
-        break;
-      }
-      const __m128i zero = _mm_setzero_si128();
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), _mm_unpacklo_epi8(bytes, zero));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 8), _mm_unpackhi_epi8(bytes, zero));
-      in += 16;
-      out += 16;
+// Bit k set where byte k of the 64 at p has its high bit, or is a lead byte.
+std::uint64_t mask64(const unsigned char* p, bool leads) {
+  std::uint64_t mask = 0;
+  for (int part = 0; part < 4; ++part) {
+    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
+    if (leads) {
+      // 0x81-0x9F and 0xE0-0xFC become 0xA1-0xDC by flipping bit 5; that
+      // range, moved to start at -128, is what lies below -128 + 0x3C.
+      bytes = _mm_xor_si128(bytes, _mm_set1_epi8(0x20));
+      bytes = _mm_sub_epi8(bytes, _mm_set1_epi8(static_cast<char>(0xA1)));
+      bytes = _mm_xor_si128(bytes, _mm_set1_epi8(static_cast<char>(0x80)));
+      bytes = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(0x80 + 0x3C)));
     }
-    if (in == length) break;
+    mask |= static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(bytes)))
+            << (16 * part);
+  }
+  return mask;
+}
+
+// The trail positions among 64 bytes whose lead bytes are `leads`: in a run
+// of lead bytes every other one is a trail, counted from the run's start.
+// (The same carry trick finds escaped characters after runs of backslashes.)
+std::uint64_t trail_positions(std::uint64_t leads, bool& last_is_pair) {
+  constexpr std::uint64_t even = 0x5555555555555555ULL;
+  const std::uint64_t follows_lead = leads << 1;
+  const std::uint64_t odd_starts = leads & ~even & ~follows_lead;
+  std::uint64_t sum = 0;
+  last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
+  return (even ^ (sum << 1)) & follows_lead;
+}
 #endif
+
+// Decodes length bytes; the first `nonzero` of them are known to be nonzero
+// (the text before its terminator), which lets whole blocks of 64 be decided
+// from bit masks. With Checked, the output stops at capacity and the result
+// is -1 when the bytes do not fit.
+template <bool Checked>
+long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzero, char16_t* dst,
+                std::size_t capacity) {
+  std::size_t in = 0, out = 0;
+#if defined(__SSE2__)
+  // A block needs the byte behind it as well, for a pair at its last byte.
+  while (in + 65 <= nonzero && (!Checked || out + 64 <= capacity)) {
+    const unsigned char* block = src + in;
+    if (mask64(block, false) == 0) {
+      const __m128i zero = _mm_setzero_si128();
+      for (int part = 0; part < 4; ++part) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 16 * part));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 16 * part),
+                         _mm_unpacklo_epi8(bytes, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 16 * part + 8),
+                         _mm_unpackhi_epi8(bytes, zero));
+      }
+      in += 64;
+      out += 64;
+      continue;
+    }
+    const std::uint64_t leads = mask64(block, true);
+    bool last_is_pair = false;
+    const std::uint64_t trails = trail_positions(leads, last_is_pair);
+    const std::uint64_t pairs = leads & ~trails;
+    for (std::uint64_t starts = ~trails; starts != 0; starts &= starts - 1) {
+      const int k = __builtin_ctzll(starts);
+      // Without branches: a byte alone reads row 0 at itself, a pair start
+      // its lead byte's row at the trail byte.
+      const unsigned pair = static_cast<unsigned>(pairs >> k) & 1;
+      const unsigned row = kLeadIndex[block[k]] & (0u - pair);
+      dst[out++] = kDecode[row * 256u + block[k + pair]];
+    }
+    in += 64 + (last_is_pair ? 1 : 0);
+  }
+#else
+  (void)nonzero;
+#endif
+  while (in < length) {
     if (Checked && out == capacity) return -1;
     const unsigned byte = src[in];
-    const unsigned lead = kLeadIndex[byte];
-    if (lead != 0 && in + 1 < length && src[in + 1] != 0) {
-      dst[out++] = kPair[(lead - 1) * 256u + src[in + 1]];
+    const unsigned row = kLeadIndex[byte];
+    if (row != 0 && in + 1 < length && src[in + 1] != 0) {
+      dst[out++] = kDecode[row * 256u + src[in + 1]];
       in += 2;
     } else {
-      dst[out++] = kSingleByte[byte];
+      dst[out++] = kDecode[byte];
       in += 1;
     }
   }
@@ -76,31 +127,43 @@ std::size_t decoded_length(const unsigned char* src, std::size_t length) {
   return length - trails;
 }
 
+// ---- Encoding ---------------------------------------------------------------
+// Each unit on its own: a lone surrogate, and each half of a pair, take the
+// default character like any unit without a narrow form.
+
+// Writes the bytes of one unit as two bytes at once: for a single byte the
+// second is junk that the next unit overwrites. Gives the count of real bytes.
+inline unsigned put_unit(unsigned char* dst, char16_t unit) {
+  const unsigned bytes = cp932::encode_unit(unit);
+  const unsigned two = (bytes + 0xFF00u) >> 16;  // 1 above 0xFF, without a branch
+  dst[0] = static_cast<unsigned char>(bytes >> (8 * two));
+  dst[1] = static_cast<unsigned char>(bytes);
+  return 1 + two;
+}
+
 template <bool Checked>
 long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std::size_t capacity) {
   std::size_t in = 0, out = 0;
-  while (in < length) {
+  // Blocks of 16 units leave a unit behind them to overwrite their junk
+  // byte, and room for it, so nothing shows where the platform writes nothing.
+  while (in + 16 < length && (!Checked || out + 34 <= capacity)) {
 #if defined(__SSE2__)
-    // Sixteen ASCII units at a time.
-    while (in + 16 <= length && (!Checked || out + 16 <= capacity)) {
-      const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-      const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 8));
-      const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
-      const __m128i any = _mm_and_si128(_mm_or_si128(low, high), beyond_ascii);
-      if (_mm_movemask_epi8(_mm_cmpeq_epi8(any, _mm_setzero_si128())) != 0xFFFF) break;
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 8));
+    const __m128i beyond_ascii =
+        _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(static_cast<short>(0xFF80)));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
       _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(low, high));
       in += 16;
       out += 16;
-    }
-    if (in == length) break;
-#endif
-    const char16_t unit = src[in++];
-    if (unit < 0x80) {
-      if (Checked && out == capacity) return -1;
-      dst[out++] = static_cast<unsigned char>(unit);
       continue;
     }
-    const unsigned bytes = cp932::encode_unit(unit);
+#endif
+    for (int k = 0; k < 16; ++k) out += put_unit(dst + out, src[in + k]);
+    in += 16;
+  }
+  while (in < length) {
+    const unsigned bytes = cp932::encode_unit(src[in++]);
     if (bytes < 0x100) {
       if (Checked && out == capacity) return -1;
       dst[out++] = static_cast<unsigned char>(bytes);
@@ -116,8 +179,7 @@ long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std
 
 std::size_t encoded_length(const char16_t* src, std::size_t length) {
   std::size_t doubles = 0;
-  for (std::size_t in = 0; in < length; ++in)
-    doubles += src[in] >= 0x80 && cp932::encode_unit(src[in]) >= 0x100;
+  for (std::size_t in = 0; in < length; ++in) doubles += cp932::encode_unit(src[in]) > 0xFF;
   return length + doubles;
 }
 
@@ -139,14 +201,14 @@ int MultiByteToWideChar(UINT, DWORD, const char* src, int src_length, WCHAR* dst
     return 0;
   const auto* bytes = reinterpret_cast<const unsigned char*>(src);
   // A length of -1 converts the terminator as well.
-  const std::size_t length =
-      src_length < 0 ? std::strlen(src) + 1 : static_cast<std::size_t>(src_length);
+  const std::size_t nonzero = src_length < 0 ? std::strlen(src) : 0;
+  const std::size_t length = src_length < 0 ? nonzero + 1 : static_cast<std::size_t>(src_length);
   if (dst_size == 0) return result_of(static_cast<long>(decoded_length(bytes, length)));
   auto* out = reinterpret_cast<char16_t*>(dst);
   const auto capacity = static_cast<std::size_t>(dst_size);
   // Each byte gives at most one unit.
-  return result_of(capacity >= length ? decode_run<false>(bytes, length, out, capacity)
-                                      : decode_run<true>(bytes, length, out, capacity));
+  return result_of(capacity >= length ? decode_run<false>(bytes, length, nonzero, out, capacity)
+                                      : decode_run<true>(bytes, length, nonzero, out, capacity));
 }
 
 int WideCharToMultiByte(UINT, DWORD, const WCHAR* src, int src_length, char* dst, int dst_size,

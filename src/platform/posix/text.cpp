@@ -27,6 +27,18 @@ using cp932::kLeadIndex;
 // the text ends there or that byte is 0: then the lead byte stands alone.
 
 #if defined(__SSE2__)
+// The blocks compute a lead byte's row instead of looking it up.
+constexpr bool lead_rows_are_in_byte_order() {
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    const unsigned row = byte >= 0x81 && byte <= 0x9F   ? byte - 0x80
+                         : byte >= 0xE0 && byte <= 0xFC ? byte - 0xC0
+                                                        : 0;
+    if (kLeadIndex[byte] != row) return false;
+  }
+  return true;
+}
+static_assert(lead_rows_are_in_byte_order());
+
 // Bit k set where byte k of the 64 at p has its high bit, or is a lead byte.
 std::uint64_t mask64(const unsigned char* p, bool leads) {
   std::uint64_t mask = 0;
@@ -88,14 +100,29 @@ long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzer
     bool last_is_pair = false;
     const std::uint64_t trails = trail_positions(leads, last_is_pair);
     const std::uint64_t pairs = leads & ~trails;
-    for (std::uint64_t starts = ~trails; starts != 0; starts &= starts - 1) {
-      const int k = __builtin_ctzll(starts);
-      // Without branches: a byte alone reads row 0 at itself, a pair start
-      // its lead byte's row at the trail byte.
-      const unsigned pair = static_cast<unsigned>(pairs >> k) & 1;
-      const unsigned row = kLeadIndex[block[k]] & (0u - pair);
-      dst[out++] = kDecode[row * 256u + block[k + pair]];
+    // The table index of every position, eight at a time; then each
+    // character start looks its unit up.
+    alignas(16) std::uint16_t index[64];
+    for (int part = 0; part < 8; ++part) {
+      const __m128i zero = _mm_setzero_si128();
+      const __m128i here = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block + 8 * part));
+      const __m128i next = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block + 8 * part + 1));
+      const __m128i byte = _mm_unpacklo_epi8(here, zero);
+      const __m128i trail = _mm_unpacklo_epi8(next, zero);
+      // The row of a lead byte: 0x81-0x9F are rows 1-31, 0xE0-0xFC rows 32-60.
+      const __m128i high_leads = _mm_cmpgt_epi16(byte, _mm_set1_epi16(0xDF));
+      const __m128i row = _mm_sub_epi16(_mm_sub_epi16(byte, _mm_set1_epi16(0x80)),
+                                        _mm_and_si128(high_leads, _mm_set1_epi16(0x40)));
+      const __m128i pair_index = _mm_add_epi16(_mm_slli_epi16(row, 8), trail);
+      const __m128i lane_bits = _mm_setr_epi16(1, 2, 4, 8, 16, 32, 64, 128);
+      const __m128i chunk = _mm_set1_epi16(static_cast<short>((pairs >> (8 * part)) & 0xFF));
+      const __m128i is_pair = _mm_cmpeq_epi16(_mm_and_si128(chunk, lane_bits), lane_bits);
+      const __m128i chosen =
+          _mm_or_si128(_mm_and_si128(is_pair, pair_index), _mm_andnot_si128(is_pair, byte));
+      _mm_store_si128(reinterpret_cast<__m128i*>(index + 8 * part), chosen);
     }
+    for (std::uint64_t starts = ~trails; starts != 0; starts &= starts - 1)
+      dst[out++] = kDecode[index[__builtin_ctzll(starts)]];
     in += 64 + (last_is_pair ? 1 : 0);
   }
 #else

@@ -129,6 +129,37 @@ long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzer
   (void)nonzero;
 #endif
   while (in < length) {
+#if defined(__SSE2__)
+    // Eight ASCII units at a time where a run of them starts.
+    if (src[in] < 0x80 && in + 8 <= length && (!Checked || out + 8 <= capacity)) {
+      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+      const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+      if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(units, units));
+        in += 8;
+        out += 8;
+        continue;
+      }
+    }
+#endif
+#if defined(__SSE2__)
+    // Sixteen ASCII bytes at a time where a run of them starts.
+    if (src[in] < 0x80 && in + 16 <= nonzero && (!Checked || out + 16 <= capacity)) {
+      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+      const unsigned high = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+      if (high == 0) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out),
+                         _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 8),
+                         _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+        in += 16;
+        out += 16;
+        continue;
+      }
+      for (const std::size_t end = in + static_cast<unsigned>(__builtin_ctz(high)); in < end;)
+        dst[out++] = src[in++];
+    }
+#endif
     if (Checked && out == capacity) return -1;
     const unsigned byte = src[in];
     const unsigned row = kLeadIndex[byte];
@@ -158,14 +189,32 @@ std::size_t decoded_length(const unsigned char* src, std::size_t length) {
 // Each unit on its own: a lone surrogate, and each half of a pair, take the
 // default character like any unit without a narrow form.
 
+// The encoding table spread out to one entry a unit for the blocks (derived
+// at compile time from the paged table; 128 KiB of read-only data), with
+// the bytes of each unit as they lie in memory (a double-byte value has its lead
+// byte in the low half, so that a 16-bit store writes lead, then trail).
+struct EncodeInOrder {
+  std::uint16_t bytes[65536];
+};
+
+constexpr EncodeInOrder make_encode_in_order() {
+  EncodeInOrder table{};
+  for (unsigned at = 0; at < 65536; ++at) {
+    const unsigned bytes = cp932::kEncode[cp932::kEncodePage[at >> 8] * 256 + (at & 0xFF)];
+    table.bytes[at] =
+        static_cast<std::uint16_t>(bytes > 0xFF ? (bytes >> 8) | ((bytes & 0xFF) << 8) : bytes);
+  }
+  return table;
+}
+
+constexpr EncodeInOrder kEncodeInOrder = make_encode_in_order();
+
 // Writes the bytes of one unit as two bytes at once: for a single byte the
 // second is junk that the next unit overwrites. Gives the count of real bytes.
 inline unsigned put_unit(unsigned char* dst, char16_t unit) {
-  const unsigned bytes = cp932::encode_unit(unit);
-  const unsigned two = (bytes + 0xFF00u) >> 16;  // 1 above 0xFF, without a branch
-  dst[0] = static_cast<unsigned char>(bytes >> (8 * two));
-  dst[1] = static_cast<unsigned char>(bytes);
-  return 1 + two;
+  const std::uint16_t in_order = kEncodeInOrder.bytes[unit];
+  std::memcpy(dst, &in_order, 2);
+  return in_order > 0xFF ? 2 : 1;
 }
 
 template <bool Checked>
@@ -190,6 +239,19 @@ long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std
     in += 16;
   }
   while (in < length) {
+#if defined(__SSE2__)
+    // Eight ASCII units at a time where a run of them starts.
+    if (src[in] < 0x80 && in + 8 <= length && (!Checked || out + 8 <= capacity)) {
+      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+      const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+      if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(units, units));
+        in += 8;
+        out += 8;
+        continue;
+      }
+    }
+#endif
     const unsigned bytes = cp932::encode_unit(src[in++]);
     if (bytes < 0x100) {
       if (Checked && out == capacity) return -1;
@@ -212,6 +274,8 @@ std::size_t encoded_length(const char16_t* src, std::size_t length) {
 
 std::size_t wide_length(const char16_t* text) {
   const char16_t* end = text;
+  // Each unit is read only when the one before it is not the terminator.
+  while (end[0] != 0 && end[1] != 0 && end[2] != 0 && end[3] != 0) end += 4;
   while (*end != 0) ++end;
   return static_cast<std::size_t>(end - text);
 }

@@ -130,19 +130,6 @@ long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzer
 #endif
   while (in < length) {
 #if defined(__SSE2__)
-    // Eight ASCII units at a time where a run of them starts.
-    if (src[in] < 0x80 && in + 8 <= length && (!Checked || out + 8 <= capacity)) {
-      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-      const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
-      if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(units, units));
-        in += 8;
-        out += 8;
-        continue;
-      }
-    }
-#endif
-#if defined(__SSE2__)
     // Sixteen ASCII bytes at a time where a run of them starts.
     if (src[in] < 0x80 && in + 16 <= nonzero && (!Checked || out + 16 <= capacity)) {
       const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));

@@ -88,6 +88,9 @@ TYPED_TEST(DoubleQuotes, NoWorkingCopyLeavesTheEmptyText) {
     Strings<Ch>::SetDoublequote(text<Ch>("ab").c_str(), dst.data(), 8);
     const auto got = std::basic_string<Ch>(dst.data());
     EXPECT_TRUE(got.empty() || got == text<Ch>("\"ab\""));
+    Strings<Ch>::DelDoublequote(text<Ch>("\"ab\"").c_str(), dst.data(), 8);
+    const auto unquoted = std::basic_string<Ch>(dst.data());
+    EXPECT_TRUE(unquoted.empty() || unquoted == text<Ch>("ab"));
   });
 }
 

@@ -49,6 +49,14 @@ errno_t wcscat_s(WCHAR* dst, std::size_t size, const WCHAR* src);
 errno_t strcat_s(char* dst, std::size_t size, const char* src);
 
 // ---- Runtime conversions (portable: numbers.cpp) --------------------------
+// Number text of 16-bit wide text in radix 2 to 36 (radix.cpp). _itow_s
+// writes lower-case letters, a sign only in radix 10, and returns kERANGE
+// with an empty buffer when the digits do not fit size. wcstol takes
+// leading white space, a sign and digits of either case (radix 0 guesses,
+// radix 16 takes a "0x"), clamps to the limits of Windows' 32-bit long, and
+// sets *end behind the number, or to text when there is none.
+errno_t _itow_s(int value, WCHAR* buffer, std::size_t size, int radix);
+std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
 
 // ---- Time (time.cpp) -------------------------------------------------------
 

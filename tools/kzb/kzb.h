@@ -40,9 +40,13 @@ void show(const char* call, const std::string& result);
 
 // The families' tours, run in order by `kzb tour`.
 void tour_encoding();
+void tour_strings();
 
 // The families' subcommands.
 int run_decode(const Args& args);
 int run_encode(const Args& args);
+int run_split(const Args& args);
+int run_mask(const Args& args);
+int run_unmask(const Args& args);
 
 }  // namespace kzb

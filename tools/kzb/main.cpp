@@ -11,11 +11,19 @@ int run_tour(const Args&);
 const Command kCommands[] = {
     {"decode", "decode            code page 932 on standard input to UTF-8", run_decode},
     {"encode", "encode            UTF-8 on standard input to code page 932", run_encode},
+    {"split",
+     "split [-d C] [--quotes]\n"
+     "                    each input line split at C (default ','), one field a line,\n"
+     "                    an empty line between records; \\t for a tab",
+     run_split},
+    {"mask", "mask --key K      mask each input line as password text (K: 0..65535)", run_mask},
+    {"unmask", "unmask --key K    read each input line back from password text", run_unmask},
     {"tour", "tour              run every family on built-in examples", run_tour},
 };
 
 int run_tour(const Args&) {
   tour_encoding();
+  tour_strings();
   return kOk;
 }
 

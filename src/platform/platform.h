@@ -50,19 +50,28 @@ errno_t strcat_s(char* dst, std::size_t size, const char* src);
 
 // ---- Formatting (win32/format.cpp, posix/format.cpp) ----------------------
 // The user32 formatters: %[-][0][#][width][.precision][h|l] with d, i, u, x,
-// X, c, s and %% (s and c in the call's own width). They write at most 1024 elements, terminator
-// included, and give the count written without the terminator. In
-// wsprintfA, %c takes the char promoted to int and writes its low 8 bits.
+// X, c, s and %%, where s and c take the call's own width. They write at
+// most 1024 elements, terminator included, and give the count written
+// without the terminator. In wsprintfA, %c takes the char promoted to int
+// and writes its low 8 bits.
 int wsprintfW(WCHAR* out, const WCHAR* format, ...);
 int wsprintfA(char* out, const char* format, ...);
 
-// ---- Runtime conversions (portable: numbers.cpp, compare.cpp) -------------
-// _wtoi and atoi: leading white space, an optional sign, then decimal digits
-// up to the first other element; no digits give 0, and a value beyond the
-// int range gives INT_MAX or INT_MIN.
+// ---- Runtime conversions (portable: radix.cpp, numbers.cpp, compare.cpp) ---
+// Number text of 16-bit wide text in radix 2 to 36 (radix.cpp). _itow_s
+// writes lower-case letters, a sign only in radix 10, and returns kERANGE
+// with an empty buffer when the digits do not fit size. wcstol takes
+// leading white space, a sign and digits of either case (radix 0 guesses,
+// radix 16 takes a "0x"), clamps to the limits of Windows' 32-bit long, and
+// sets *end behind the number, or to text when there is none.
+errno_t _itow_s(int value, WCHAR* buffer, std::size_t size, int radix);
+std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
+// _wtoi and atoi (numbers.cpp): leading white space, an optional sign, then
+// decimal digits up to the first other element; no digits give 0, and a
+// value beyond the int range gives INT_MAX or INT_MIN.
 int _wtoi(const WCHAR* text);
 int atoi(const char* text);
-// Whole-text comparisons that fold the ASCII letters to lower case; 0 means
+// _wcsicmp and _stricmp (compare.cpp): whole-text comparisons that fold the ASCII letters to lower case; 0 means
 // equal, otherwise the sign of the first folded difference.
 int _wcsicmp(const WCHAR* a, const WCHAR* b);
 int _stricmp(const char* a, const char* b);

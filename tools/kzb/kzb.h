@@ -40,9 +40,13 @@ void show(const char* call, const std::string& result);
 
 // The families' tours, run in order by `kzb tour`.
 void tour_encoding();
+void tour_datetime();
 
 // The families' subcommands.
 int run_decode(const Args& args);
 int run_encode(const Args& args);
+int run_now(const Args& args);
+int run_weekday(const Args& args);
+int run_in_range(const Args& args);
 
 }  // namespace kzb

@@ -11,11 +11,20 @@ int run_tour(const Args&);
 const Command kCommands[] = {
     {"decode", "decode            code page 932 on standard input to UTF-8", run_decode},
     {"encode", "encode            UTF-8 on standard input to code page 932", run_encode},
+    {"now", "now [--ms] [-d C] [-s C]   the local date and time (delimiter C, separator C)",
+     run_now},
+    {"weekday", "weekday YYYY-MM-DD          the day of the week, in English and Japanese",
+     run_weekday},
+    {"in-range",
+     "in-range START END [TARGET] is TARGET (or now) inside? exit 0 inside, 1 outside,\n"
+     "                              2 for a bad point; dates or date-times (YYYY-MM-DDThh:mm:ss)",
+     run_in_range},
     {"tour", "tour              run every family on built-in examples", run_tour},
 };
 
 int run_tour(const Args&) {
   tour_encoding();
+  tour_datetime();
   return kOk;
 }
 

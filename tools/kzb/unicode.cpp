@@ -11,7 +11,7 @@ wstring from_utf8(const std::string& utf8) {
   for (std::size_t i = 0; i < utf8.size();) {
     const auto lead = static_cast<unsigned char>(utf8[i]);
     const int extra = lead < 0x80 ? 0 : lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : -1;
-    char32_t cp = lead & (0x7F >> (extra < 0 ? 0 : extra + 1));
+    char32_t cp = extra <= 0 ? lead & 0x7F : lead & (0x7F >> (extra + 1));
     ++i;
     bool ok = extra >= 0 && i + extra <= utf8.size();
     for (int k = 0; ok && k < extra; ++k, ++i) {

@@ -148,7 +148,9 @@ KZ_API void KZ_DeleteStrListA(StrList *list);
  * a double quote flips the quote state and is dropped, and a delimiter
  * inside quotes is copied. Result: elements in dst.
  * KZ_StringCopyExAfter: the same scan, then copy what stands behind the
- * stop into dst, with limit as its capacity. Result: elements in dst.
+ * stop into dst, with limit as its capacity. Result: elements in dst. A
+ * scan that reaches the end of src leaves dst empty; a limit below 1
+ * leaves dst untouched and gives 0.
  * KZ_GetCodeCount: how often code stands in text (the A form skips bytes in
  * lead position). KZ_GetCodeLength: index of the first code, else the
  * length of text. */
@@ -169,7 +171,10 @@ KZ_API int32_t KZ_GetCodeLengthA(const char *text, char code);
  * Cut text at the delimiter into list (one owned string per field; the
  * count is the number of delimiters plus one). Result: 1 with a filled
  * list, 0 with an empty one (empty text or no memory). KZ_StringCSV splits
- * at commas. */
+ * at commas. With quotes on, the step from field to field is fixed by the
+ * text's first element: texts that are neither all plain nor all quoted
+ * give entries that begin too early or late, and a field that would begin
+ * behind the end of the text is an empty entry. */
 KZ_API int32_t KZ_StringSplitW(const KZ_WCHAR *text, KZ_WCHAR delimiter, StrList *list,
                                int32_t quotes);
 KZ_API int32_t KZ_StringSplitA(const char *text, char delimiter, StrList *list, int32_t quotes);
@@ -206,7 +211,8 @@ KZ_API int32_t KZ_StringGetQuotedA(const char *text, char *out, int32_t size, co
 /* ---- Double-quote handling --------------------------------------------
  * A text with a double quote anywhere counts as quoted. Set adds quotes to
  * an unquoted text; Del drops the first and last element of a quoted one.
- * src and dst may be the same buffer; both must fit size elements. */
+ * src and dst may be the same buffer; both must fit size elements, else
+ * dst becomes the empty text (so it does when no working memory is had). */
 KZ_API void KZ_SetDoublequoteW(const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size);
 KZ_API void KZ_SetDoublequoteA(const char *src, char *dst, int32_t size);
 KZ_API void KZ_DelDoublequoteW(const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size);
@@ -215,7 +221,8 @@ KZ_API void KZ_DelDoublequoteA(const char *src, char *dst, int32_t size);
 /* ---- Password text ----------------------------------------------------
  * mask on: every 16-bit unit XOR key becomes four base-36 digits.
  * mask off: the reverse. Result: length of the (wide) result, or -1 when
- * it does not fit size. */
+ * it does not fit size (the W form then leaves dst empty, the A form
+ * untouched; the A form also gives -1 when it has no working memory). */
 KZ_API int32_t KZ_StringPasswordW(uint16_t key, const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size,
                                   int32_t mask);
 KZ_API int32_t KZ_StringPasswordA(uint16_t key, const char *src, char *dst, int32_t size,

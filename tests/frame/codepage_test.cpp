@@ -3,6 +3,7 @@
 // the conversion layer that works from the tables; under Wine it checks the
 // tables against the real MultiByteToWideChar, WideCharToMultiByte and
 // _ismbclegal, which proves that the checked-in data matches its source.
+#include <random>
 #include <vector>
 
 #include "platform/cp932.h"
@@ -36,7 +37,8 @@ TEST(CodePage932, EverySingleByteDecodesAsTheTableSays) {
     int result = 0;
     const auto out = decode(text, &result);
     const int expected = byte == 0 ? 1 : 2;
-    if (result != expected || out[0] != static_cast<WCHAR>(cp::kSingleByte[byte]) ||
+    if (result != expected ||
+        out[0] != static_cast<WCHAR>(cp::decode_single(static_cast<unsigned char>(byte))) ||
         (byte != 0 && out[1] != 0) || out[expected] != WCHAR{0x7B7B}) {
       ADD_FAILURE() << std::hex << "byte " << byte << " gave " << result << ", " << +out[0];
       ++differences;
@@ -54,7 +56,8 @@ TEST(CodePage932, EveryByteAfterALeadByteDecodesAsTheTableSays) {
       const char text[3] = {static_cast<char>(lead), static_cast<char>(trail), 0};
       int result = 0;
       const auto out = decode(text, &result);
-      const auto expected = static_cast<WCHAR>(cp::kPair[(cp::kLeadIndex[lead] - 1) * 256 + trail]);
+      const auto expected = static_cast<WCHAR>(
+          cp::decode_pair(static_cast<unsigned char>(lead), static_cast<unsigned char>(trail)));
       if (result != 2 || out[0] != expected || out[1] != 0 || out[2] != WCHAR{0x7B7B}) {
         if (++differences < 20)
           ADD_FAILURE() << std::hex << lead << " " << trail << " gave " << result << ", "
@@ -145,6 +148,116 @@ TEST(CodePage932, RandomTextsConvertAsThePlatformDidWhenTheyWereRecorded) {
   }
   EXPECT_EQ(decoded, 1500);
   EXPECT_EQ(encoded, 1500);
+}
+
+// The plain model of the tables: a lead byte takes the next byte unless it
+// is the terminator; each unit is encoded on its own.
+std::vector<WCHAR> model_decode(const std::string& bytes) {
+  std::vector<WCHAR> out;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    if (cp::kLeadIndex[byte] != 0 && i + 1 < bytes.size())
+      out.push_back(
+          static_cast<WCHAR>(cp::decode_pair(byte, static_cast<unsigned char>(bytes[++i]))));
+    else
+      out.push_back(static_cast<WCHAR>(cp::decode_single(byte)));
+  }
+  out.push_back(0);
+  return out;
+}
+
+std::vector<char> model_encode(const std::vector<WCHAR>& units) {
+  std::vector<char> out;
+  for (WCHAR unit : units) {
+    const unsigned bytes = cp::encode_unit(static_cast<char16_t>(unit));
+    if (bytes > 0xFF) out.push_back(static_cast<char>(bytes >> 8));
+    out.push_back(static_cast<char>(bytes & 0xFF));
+  }
+  out.push_back(0);
+  return out;
+}
+
+// Long texts of runs (ASCII, lead bytes, double-byte text, anything) with
+// destinations of the needed size, one less and one more: the block-wise
+// paths against the model, and under Wine the model against the platform.
+TEST(CodePage932, LongMixedTextsMatchThePlainModel) {
+  std::mt19937 random(1932);
+  auto pick = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
+  for (int round = 0; round < 600; ++round) {
+    std::string bytes;
+    const unsigned length = pick(400);
+    while (bytes.size() < length) {
+      const unsigned run = 1 + pick(80);
+      const unsigned kind = pick(4);
+      for (unsigned k = 0; k < run; ++k) {
+        unsigned byte = 0;
+        switch (kind) {
+          case 0:
+            byte = 1 + pick(0x7F);
+            break;
+          case 1:
+            byte = 0x81 + pick(0x1F);
+            break;  // lead bytes only
+          case 2:
+            byte = k % 2 == 0 ? 0x88 + pick(0x10) : 0x40 + pick(0xBD);
+            break;
+          default:
+            byte = 1 + pick(255);
+            break;
+        }
+        bytes.push_back(static_cast<char>(byte));
+      }
+    }
+    const auto expected = model_decode(bytes);
+    const int needed = static_cast<int>(expected.size());
+    ASSERT_EQ(kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, bytes.c_str(), -1, nullptr, 0),
+              needed);
+    for (int size : {needed - 1, needed, needed + 1}) {
+      if (size <= 0) continue;
+      std::vector<WCHAR> out(size + 1, WCHAR{0x7B7B});
+      const int result = kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, bytes.c_str(), -1,
+                                                     out.data(), size);
+      ASSERT_EQ(result, size >= needed ? needed : 0) << round << " size " << size;
+      const int compared = std::min(size, needed);
+      for (int i = 0; i < compared; ++i) ASSERT_EQ(out[i], expected[i]) << round << " at " << i;
+      for (int i = compared; i <= size; ++i)
+        ASSERT_EQ(out[i], WCHAR{0x7B7B}) << round << " at " << i;
+    }
+
+    std::vector<WCHAR> units;
+    while (units.size() < length) {
+      const unsigned run = 1 + pick(80);
+      const unsigned kind = pick(3);
+      for (unsigned k = 0; k < run; ++k)
+        units.push_back(static_cast<WCHAR>(kind == 0   ? 1 + pick(0x7F)
+                                           : kind == 1 ? 0x3000 + pick(0x7000)
+                                                       : 1 + pick(0xFFFF)));
+    }
+    const auto narrow = model_encode(units);
+    units.push_back(0);
+    const int narrow_needed = static_cast<int>(narrow.size());
+    ASSERT_EQ(kz::os::WideCharToMultiByte(kz::os::kAnsiCodePage, 0, units.data(), -1, nullptr, 0,
+                                          nullptr, nullptr),
+              narrow_needed);
+    for (int size : {narrow_needed - 2, narrow_needed - 1, narrow_needed, narrow_needed + 1}) {
+      if (size <= 0) continue;
+      std::vector<char> out(size + 1, char{0x7B});
+      const int result = kz::os::WideCharToMultiByte(kz::os::kAnsiCodePage, 0, units.data(), -1,
+                                                     out.data(), size, nullptr, nullptr);
+      ASSERT_EQ(result, size >= narrow_needed ? narrow_needed : 0) << round << " size " << size;
+      // A too-small destination holds the whole characters that fit.
+      int fits = 0;
+      while (fits < narrow_needed && fits < size) {
+        const bool two = static_cast<unsigned char>(narrow[fits]) >= 0x80 &&
+                         cp::kLeadIndex[static_cast<unsigned char>(narrow[fits])] != 0 &&
+                         fits + 1 < narrow_needed;
+        if (two && fits + 2 > size) break;
+        fits += two ? 2 : 1;
+      }
+      for (int i = 0; i < fits; ++i) ASSERT_EQ(out[i], narrow[i]) << round << " at " << i;
+      for (int i = fits; i <= size; ++i) ASSERT_EQ(out[i], char{0x7B}) << round << " at " << i;
+    }
+  }
 }
 
 }  // namespace

@@ -103,6 +103,8 @@ TEST(NarrowDoubleQuotes, WorkOnBytes) {
   EXPECT_EQ(std::string(dst.data()), "\x5C\"");
   KZ_DelDoublequoteA("\"\x83\x5C\"", dst.data(), 8);
   EXPECT_EQ(std::string(dst.data()), "\x83\x5C");
+  KZ_DelDoublequoteA("\"a\x81", dst.data(), 8);  // a lead byte at the end goes like any byte
+  EXPECT_EQ(std::string(dst.data()), "a");
 }
 
 }  // namespace

@@ -109,11 +109,14 @@ TEST(NarrowTrimming, ScansEndAtADoubleByteCharacter) {
     const char* expected;
   } cases[] = {
       {Op::kLeft, " \x95\x5C ", ' ', "\x95\x5C "},
+      {Op::kLeft, "\x95\x5C", '\\', "\x95\x5C"},
       // A lead byte equal to trim is protected by the pair test...
       {Op::kLeft, "\x83\x5C", '\x83', "\x83\x5C"},
       // ...but a lead byte at the end is no pair: a text of trim alone.
       {Op::kLeft, "\x81", '\x81', "\x81"},
-      {Op::kRight, "a\x81\x81", '\x81', "a"},
+      {Op::kRight, "a\x81", '\x81', "a"},
+      // 0x81 0x81 is a pair as well (0x81 is a trail byte too): both stay.
+      {Op::kRight, "a\x81\x81", '\x81', "a\x81\x81"},
       // A trail byte equal to trim does not shorten the character.
       {Op::kRight, "\x95\x5C", '\\', "\x95\x5C"},
       {Op::kRight, "\x95\x5C\\", '\\', "\x95\x5C"},

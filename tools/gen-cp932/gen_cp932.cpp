@@ -162,16 +162,18 @@ void print_tables() {
       "// code page 932 (Wine in the Japanese locale); do not edit. Rebuild with the\n"
       "// target regenerate-cp932.\n"
       "//\n"
-      "// kSingleByte   a byte alone, or a lead byte before the terminator\n"
-      "// kLeadIndex    0, or 1 + the row of a lead byte in kPair\n"
-      "// kPair         a lead byte and the byte after it (any but the terminator)\n"
+      "// kDecode       row 0: a byte alone, or a lead byte before the terminator;\n"
+      "//               row kLeadIndex[lead]: the lead byte and the byte after it\n"
+      "//               (any byte but the terminator is taken as its trail)\n"
+      "// kLeadIndex    0, or the row of a lead byte in kDecode\n"
       "// kEncodePage   the page in kEncode of a unit's high byte\n"
       "// kEncode       a unit's bytes: below 0x100 one byte, else lead * 256 + trail\n"
       "// kLegalLead, kLegalTrail  _ismbclegal(lead * 256 + trail) is both\n\n");
-  print_array("inline constexpr char16_t kSingleByte[256]", single, 4, 8);
-  print_array("inline constexpr std::uint8_t kLeadIndex[256]", lead_index, 2, 16);
   std::printf("inline constexpr int kLeadCount = %u;\n\n", leads);
-  print_array("inline constexpr char16_t kPair[kLeadCount * 256]", pairs, 4, 8);
+  std::vector<unsigned> rows(single);
+  rows.insert(rows.end(), pairs.begin(), pairs.end());
+  print_array("inline constexpr char16_t kDecode[(kLeadCount + 1) * 256]", rows, 4, 8);
+  print_array("inline constexpr std::uint8_t kLeadIndex[256]", lead_index, 2, 16);
   print_array("inline constexpr std::uint8_t kEncodePage[256]", page_index, 2, 16);
   std::printf("inline constexpr int kEncodePageCount = %zu;\n\n", seen.size());
   print_array("inline constexpr std::uint16_t kEncode[kEncodePageCount * 256]", pages, 4, 8);

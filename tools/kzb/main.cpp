@@ -11,19 +11,34 @@ int run_tour(const Args&);
 const Command kCommands[] = {
     {"decode", "decode            code page 932 on standard input to UTF-8", run_decode},
     {"encode", "encode            UTF-8 on standard input to code page 932", run_encode},
-    {"now", "now [--ms] [-d C] [-s C]   the local date and time (delimiter C, separator C)",
+    {"split",
+     "split [-d C] [--quotes]\n"
+     "                    each input line split at C (default ','), one field a line,\n"
+     "                    an empty line between records; \\t for a tab",
+     run_split},
+    {"mask", "mask --key K      mask each input line as password text (K: 0..65535)", run_mask},
+    {"unmask", "unmask --key K    read each input line back from password text", run_unmask},
+    {"now",
+     "now [--ms] [-d C] [-s C]\n"
+     "                    the local date and time; C: the date delimiter (default '-')\n"
+     "                    and the separator before the time (default ' ')",
      run_now},
-    {"weekday", "weekday YYYY-MM-DD          the day of the week, in English and Japanese",
+    {"weekday",
+     "weekday YYYY-MM-DD\n"
+     "                    the day of the week, in English and Japanese",
      run_weekday},
     {"in-range",
-     "in-range START END [TARGET] is TARGET (or now) inside? exit 0 inside, 1 outside,\n"
-     "                              2 for a bad point; dates or date-times (YYYY-MM-DDThh:mm:ss)",
+     "in-range START END [TARGET]\n"
+     "                    is TARGET (default: now) inside, bounds included? Dates\n"
+     "                    (YYYY-MM-DD) or date-times (YYYY-MM-DDThh:mm:ss[.mmm]);\n"
+     "                    exit status 0 inside, 1 outside, 2 for a bad point",
      run_in_range},
     {"tour", "tour              run every family on built-in examples", run_tour},
 };
 
 int run_tour(const Args&) {
   tour_encoding();
+  tour_strings();
   tour_datetime();
   return kOk;
 }

@@ -17,6 +17,9 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
                                used_default);
 }
 
+// The runtime starts with the ANSI code page as its multibyte code page, so
+// this answers by code page 932 on the target without the library setting
+// anything; the code page test compares it with the tables for every value.
 int _ismbclegal(unsigned int c) { return ::_ismbclegal(c); }
 
 }  // namespace kz::os

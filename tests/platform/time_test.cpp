@@ -66,29 +66,6 @@ TEST(PlatformTime, AcceptsTheEndsOfTheRangeAndLeapDays) {
   }
 }
 
-TEST(PlatformTime, IgnoresTheDayOfWeekOnTheWayIn) {
-  SYSTEMTIME t = record(2024, 1, 2);
-  FILETIME plain, odd;
-  ASSERT_NE(os::SystemTimeToFileTime(&t, &plain), 0);
-  t.wDayOfWeek = 77;
-  ASSERT_NE(os::SystemTimeToFileTime(&t, &odd), 0);
-  EXPECT_EQ(ticks_of(plain), ticks_of(odd));
-}
-
-TEST(PlatformTime, ConvertsTheEndsOfTheCount) {
-  SYSTEMTIME t;
-  FILETIME zero = moment_of(0);
-  ASSERT_NE(os::FileTimeToSystemTime(&zero, &t), 0);
-  EXPECT_EQ(t.wYear, 1601);
-  EXPECT_EQ(t.wDayOfWeek, 1);  // a Monday
-  FILETIME last = moment_of(0x7FFFFFFFFFFFFFFFull);
-  ASSERT_NE(os::FileTimeToSystemTime(&last, &t), 0);
-  EXPECT_EQ(t.wYear, 30828);  // beyond the years that the way in accepts
-  EXPECT_EQ(t.wMonth, 9);
-  EXPECT_EQ(t.wDay, 14);
-  EXPECT_EQ(t.wMilliseconds, 477);
-}
-
 TEST(PlatformTime, RefusesTheTopBitAndLeavesTheRecord) {
   for (std::uint64_t ticks : {0x8000000000000000ull, 0xFFFFFFFFFFFFFFFFull}) {
     SYSTEMTIME t = record(2024, 1, 2, 3, 4, 5, 6);

@@ -39,7 +39,7 @@ class Output {
   bool truncated_ = false;
 };
 
-struct Spec {
+struct Directive {
   bool left = false;
   bool zero = false;
   bool prefix = false;
@@ -48,7 +48,7 @@ struct Spec {
 };
 
 template <class Ch>
-void put_number(Output<Ch>& out, const Spec& spec, char conversion, std::uint32_t bits) {
+void put_number(Output<Ch>& out, const Directive& directive, char conversion, std::uint32_t bits) {
   const bool is_signed = conversion == 'd' || conversion == 'i';
   const bool negative = is_signed && static_cast<std::int32_t>(bits) < 0;
   std::uint32_t magnitude = negative ? 0u - bits : bits;
@@ -61,33 +61,34 @@ void put_number(Output<Ch>& out, const Spec& spec, char conversion, std::uint32_
     magnitude /= base;
   } while (magnitude != 0);
 
-  const int zeros_for_precision = spec.precision > count ? spec.precision - count : 0;
-  const char* lead = negative                                   ? "-"
-                     : (spec.prefix && base == 16 && bits != 0) ? (conversion == 'X' ? "0X" : "0x")
-                                                                : "";
+  const int zeros_for_precision = directive.precision > count ? directive.precision - count : 0;
+  const char* lead = negative ? "-"
+                     : (directive.prefix && base == 16 && bits != 0)
+                         ? (conversion == 'X' ? "0X" : "0x")
+                         : "";
   int lead_length = 0;
   while (lead[lead_length] != 0) ++lead_length;
   const int body = lead_length + zeros_for_precision + count;
-  const int pad = spec.width > body ? spec.width - body : 0;
+  const int pad = directive.width > body ? directive.width - body : 0;
 
-  if (!spec.left && !spec.zero) out.repeat(' ', pad);
+  if (!directive.left && !directive.zero) out.repeat(' ', pad);
   for (int i = 0; i < lead_length; ++i) out.put(static_cast<Ch>(lead[i]));
-  if (!spec.left && spec.zero) out.repeat('0', pad);
+  if (!directive.left && directive.zero) out.repeat('0', pad);
   out.repeat('0', zeros_for_precision);
   while (count > 0) out.put(static_cast<Ch>(digits[--count]));
-  if (spec.left) out.repeat(' ', pad);
+  if (directive.left) out.repeat(' ', pad);
 }
 
 template <class Ch>
-void put_text(Output<Ch>& out, const Spec& spec, const Ch* text) {
+void put_text(Output<Ch>& out, const Directive& directive, const Ch* text) {
   static constexpr Ch kNull[] = {'(', 'n', 'u', 'l', 'l', ')', 0};
   if (text == nullptr) text = kNull;
   int length = 0;
-  while (text[length] != 0 && (spec.precision < 0 || length < spec.precision)) ++length;
-  const int pad = spec.width > length ? spec.width - length : 0;
-  if (!spec.left) out.repeat(' ', pad);  // the zero flag does not apply to text
+  while (text[length] != 0 && (directive.precision < 0 || length < directive.precision)) ++length;
+  const int pad = directive.width > length ? directive.width - length : 0;
+  if (!directive.left) out.repeat(' ', pad);  // the zero flag does not apply to text
   for (int i = 0; i < length; ++i) out.put(text[i]);
-  if (spec.left) out.repeat(' ', pad);
+  if (directive.left) out.repeat(' ', pad);
 }
 
 template <class Ch>
@@ -99,22 +100,23 @@ int format(Ch* buffer, const Ch* format, va_list args) {
       continue;
     }
     ++p;
-    Spec spec;
+    Directive directive;
     for (;; ++p) {
       if (*p == '-') {
-        spec.left = true;
+        directive.left = true;
       } else if (*p == '0') {
-        spec.zero = true;
+        directive.zero = true;
       } else if (*p == '#') {
-        spec.prefix = true;
+        directive.prefix = true;
       } else {
         break;
       }
     }
-    while (*p >= '0' && *p <= '9') spec.width = spec.width * 10 + (*p++ - '0');
+    while (*p >= '0' && *p <= '9') directive.width = directive.width * 10 + (*p++ - '0');
     if (*p == '.') {
-      spec.precision = 0;
-      for (++p; *p >= '0' && *p <= '9'; ++p) spec.precision = spec.precision * 10 + (*p - '0');
+      directive.precision = 0;
+      for (++p; *p >= '0' && *p <= '9'; ++p)
+        directive.precision = directive.precision * 10 + (*p - '0');
     }
     while (*p == 'h' || *p == 'l') ++p;
     switch (*p) {
@@ -125,20 +127,20 @@ int format(Ch* buffer, const Ch* format, va_list args) {
       case 'u':
       case 'x':
       case 'X':
-        put_number(out, spec, static_cast<char>(*p), va_arg(args, std::uint32_t));
+        put_number(out, directive, static_cast<char>(*p), va_arg(args, std::uint32_t));
         break;
       case 'c': {
         // The element's own width: a narrow char arrives sign-extended and
         // only its low 8 bits are written.
         const Ch element = static_cast<Ch>(va_arg(args, int));
-        const int pad = spec.width > 1 ? spec.width - 1 : 0;
-        if (!spec.left) out.repeat(' ', pad);
+        const int pad = directive.width > 1 ? directive.width - 1 : 0;
+        if (!directive.left) out.repeat(' ', pad);
         out.put(element);
-        if (spec.left) out.repeat(' ', pad);
+        if (directive.left) out.repeat(' ', pad);
         break;
       }
       case 's':
-        put_text(out, spec, va_arg(args, const Ch*));
+        put_text(out, directive, va_arg(args, const Ch*));
         break;
       default:
         out.put(*p);  // %% and unknown conversions write the character

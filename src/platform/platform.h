@@ -71,8 +71,9 @@ std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
 // value beyond the int range gives INT_MAX or INT_MIN.
 int _wtoi(const WCHAR* text);
 int atoi(const char* text);
-// _wcsicmp and _stricmp (compare.cpp): whole-text comparisons that fold the ASCII letters to lower case; 0 means
-// equal, otherwise the sign of the first folded difference.
+// _wcsicmp and _stricmp (compare.cpp): whole-text comparisons that fold
+// the ASCII letters to lower case; 0 means equal, otherwise the sign of the
+// first folded difference.
 int _wcsicmp(const WCHAR* a, const WCHAR* b);
 int _stricmp(const char* a, const char* b);
 

@@ -48,7 +48,16 @@ errno_t strncpy_s(char* dst, std::size_t size, const char* src, std::size_t coun
 errno_t wcscat_s(WCHAR* dst, std::size_t size, const WCHAR* src);
 errno_t strcat_s(char* dst, std::size_t size, const char* src);
 
-// ---- Runtime conversions (portable: numbers.cpp) --------------------------
+// ---- Formatting (win32/format.cpp, posix/format.cpp) ----------------------
+// The user32 formatters: %[-][0][#][width][.precision][h|l] with d, i, u, x,
+// X, c, s and %%, where s and c take the call's own width. They write at
+// most 1024 elements, terminator included, and give the count written
+// without the terminator. In wsprintfA, %c takes the char promoted to int
+// and writes its low 8 bits.
+int wsprintfW(WCHAR* out, const WCHAR* format, ...);
+int wsprintfA(char* out, const char* format, ...);
+
+// ---- Runtime conversions (portable: radix.cpp, numbers.cpp, compare.cpp) ---
 // Number text of 16-bit wide text in radix 2 to 36 (radix.cpp). _itow_s
 // writes lower-case letters, a sign only in radix 10, and returns kERANGE
 // with an empty buffer when the digits do not fit size. wcstol takes
@@ -57,7 +66,38 @@ errno_t strcat_s(char* dst, std::size_t size, const char* src);
 // sets *end behind the number, or to text when there is none.
 errno_t _itow_s(int value, WCHAR* buffer, std::size_t size, int radix);
 std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
+// _wtoi and atoi (numbers.cpp): leading white space, an optional sign, then
+// decimal digits up to the first other element; no digits give 0, and a
+// value beyond the int range gives INT_MAX or INT_MIN.
+int _wtoi(const WCHAR* text);
+int atoi(const char* text);
+// _wcsicmp and _stricmp (compare.cpp): whole-text comparisons that fold
+// the ASCII letters to lower case; 0 means equal, otherwise the sign of the
+// first folded difference.
+int _wcsicmp(const WCHAR* a, const WCHAR* b);
+int _stricmp(const char* a, const char* b);
 
 // ---- Time (time.cpp) -------------------------------------------------------
+// The proleptic Gregorian calendar from 1601-01-01 to 30827-12-31 and a
+// FILETIME of 100-nanosecond ticks since its start.
+using WORD = std::uint16_t;
+using LONG = std::int32_t;
+
+// The local wall clock, milliseconds included; it cannot fail.
+void GetLocalTime(SYSTEMTIME* time);
+// No zone step; the day of week is ignored. 0 for a year outside 1601 to
+// 30827, a month outside 1 to 12, a day the month does not have, an hour
+// above 23, a minute or second above 59 or milliseconds above 999.
+BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time);
+// No zone step; fills all eight fields. 0 for a value with the top bit set,
+// and then the record stays as it was.
+BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time);
+// UTC to local time and back, by the zone offset in force at the moment of
+// the call (not the one of the moment converted).
+BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local);
+BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc);
+// -1, 0 or 1 as the first moment is earlier than, equal to or later than
+// the second.
+LONG CompareFileTime(const FILETIME* first, const FILETIME* second);
 
 }  // namespace kz::os

@@ -41,6 +41,7 @@ void show(const char* call, const std::string& result);
 // The families' tours, run in order by `kzb tour`.
 void tour_encoding();
 void tour_strings();
+void tour_datetime();
 
 // The families' subcommands.
 int run_decode(const Args& args);
@@ -48,5 +49,8 @@ int run_encode(const Args& args);
 int run_split(const Args& args);
 int run_mask(const Args& args);
 int run_unmask(const Args& args);
+int run_now(const Args& args);
+int run_weekday(const Args& args);
+int run_in_range(const Args& args);
 
 }  // namespace kzb

@@ -18,12 +18,28 @@ const Command kCommands[] = {
      run_split},
     {"mask", "mask --key K      mask each input line as password text (K: 0..65535)", run_mask},
     {"unmask", "unmask --key K    read each input line back from password text", run_unmask},
+    {"now",
+     "now [--ms] [-d C] [-s C]\n"
+     "                    the local date and time; C: the date delimiter (default '-')\n"
+     "                    and the separator before the time (default ' ')",
+     run_now},
+    {"weekday",
+     "weekday YYYY-MM-DD\n"
+     "                    the day of the week, in English and Japanese",
+     run_weekday},
+    {"in-range",
+     "in-range START END [TARGET]\n"
+     "                    is TARGET (default: now) inside, bounds included? Dates\n"
+     "                    (YYYY-MM-DD) or date-times (YYYY-MM-DDThh:mm:ss[.mmm]);\n"
+     "                    exit status 0 inside, 1 outside, 2 for a bad point",
+     run_in_range},
     {"tour", "tour              run every family on built-in examples", run_tour},
 };
 
 int run_tour(const Args&) {
   tour_encoding();
   tour_strings();
+  tour_datetime();
   return kOk;
 }
 

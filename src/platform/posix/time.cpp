@@ -1,0 +1,95 @@
+// The time calls on POSIX: the calendar arithmetic is our own, so the whole
+// range from 1601 to 30827 works without the limits of time_t conversions;
+// the present moment and the zone come from the C library and the process's
+// TZ.
+#include <time.h>
+
+#include "platform/calendar.h"
+
+namespace kz::os {
+namespace {
+
+using namespace calendar;
+
+std::uint64_t join(const FILETIME& t) {
+  return (static_cast<std::uint64_t>(t.dwHighDateTime) << 32) | t.dwLowDateTime;
+}
+
+FILETIME split(std::uint64_t ticks) {
+  return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+// The zone offset in force now, in ticks east of UTC.
+std::int64_t offset_now() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm local{};
+  if (localtime_r(&now.tv_sec, &local) == nullptr) return 0;
+  return static_cast<std::int64_t>(local.tm_gmtoff) * static_cast<std::int64_t>(kTicksPerSecond);
+}
+
+}  // namespace
+
+void GetLocalTime(SYSTEMTIME* time) {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  time->wYear = static_cast<WORD>(local.tm_year + 1900);
+  time->wMonth = static_cast<WORD>(local.tm_mon + 1);
+  time->wDayOfWeek = static_cast<WORD>(local.tm_wday);
+  time->wDay = static_cast<WORD>(local.tm_mday);
+  time->wHour = static_cast<WORD>(local.tm_hour);
+  time->wMinute = static_cast<WORD>(local.tm_min);
+  // A leap second shows as 60 in struct tm; SYSTEMTIME has no room for it.
+  time->wSecond = static_cast<WORD>(local.tm_sec > 59 ? 59 : local.tm_sec);
+  time->wMilliseconds = static_cast<WORD>(now.tv_nsec / 1'000'000);
+}
+
+BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) {
+  const SYSTEMTIME& t = *system_time;
+  if (!is_valid(t)) return 0;
+  const auto days = static_cast<std::uint64_t>(days_from_civil(t.wYear, t.wMonth, t.wDay));
+  const std::uint64_t seconds = t.wHour * 3600u + t.wMinute * 60u + t.wSecond;
+  *file_time = split(days * kTicksPerDay + seconds * kTicksPerSecond +
+                     t.wMilliseconds * kTicksPerMillisecond);
+  return 1;
+}
+
+BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
+  const std::uint64_t ticks = join(*file_time);
+  if (ticks >> 63 != 0) return 0;
+  const std::uint64_t days = ticks / kTicksPerDay;
+  const std::uint64_t in_day = ticks % kTicksPerDay;
+  const Civil date = civil_from_days(static_cast<std::int64_t>(days));
+  const std::uint64_t seconds = in_day / kTicksPerSecond;
+  system_time->wYear = static_cast<WORD>(date.year);
+  system_time->wMonth = static_cast<WORD>(date.month);
+  system_time->wDayOfWeek = static_cast<WORD>((days + 1) % 7);  // 1601-01-01 was a Monday
+  system_time->wDay = static_cast<WORD>(date.day);
+  system_time->wHour = static_cast<WORD>(seconds / 3600);
+  system_time->wMinute = static_cast<WORD>(seconds / 60 % 60);
+  system_time->wSecond = static_cast<WORD>(seconds % 60);
+  system_time->wMilliseconds = static_cast<WORD>(in_day % kTicksPerSecond / kTicksPerMillisecond);
+  return 1;
+}
+
+// The sums wrap in unsigned arithmetic as the system's do: a moment near
+// the start of the count and a zone west of UTC give a value with the top
+// bit set, which FileTimeToSystemTime then refuses.
+BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) {
+  *local = split(join(*utc) + static_cast<std::uint64_t>(offset_now()));
+  return 1;
+}
+
+BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc) {
+  *utc = split(join(*local) - static_cast<std::uint64_t>(offset_now()));
+  return 1;
+}
+
+LONG CompareFileTime(const FILETIME* first, const FILETIME* second) {
+  const std::uint64_t a = join(*first), b = join(*second);
+  return a < b ? -1 : (a > b ? 1 : 0);
+}
+
+}  // namespace kz::os

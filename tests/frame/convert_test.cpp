@@ -13,14 +13,14 @@ TEST(PairTest, AnswersByTheTwoBytesInFront) {
     const char* bytes;
     int32_t pair;
   } cases[] = {
-      {"\x81", 0},      // a lead byte before the terminator is never half a pair
-      {"\x81\x5C", 1},  // trail byte 0x5C, the backslash
-      {"\x81\x7F", 0},  // 0x7F is no trail byte
-      {"\x81\x40", 1}, {"\x9F\xFC", 1}, {"\xE0\x40", 1},
-      {"\xFC\xFC", 1}, {"\x81\xFD", 0},  // 0xFD to 0xFF are neither lead nor trail
-      {"\xA0\x40", 0}, {"\xA1\x40", 0},  // 0xA1 to 0xDF are single-byte characters
-      {"\xFD\x40", 0}, {"\x20\x81", 0}, {"A\x81", 0},
-      {"a\x40", 0},    {"\x81\x3F", 0},  // no byte below 0x40 is ever part of a pair
+      {"\x81", 0},          // a lead byte before the terminator is never half a pair
+      {"\x81\x5C", 1},      // trail byte 0x5C, the backslash
+      {"\x81\x7F", 0},      // 0x7F is no trail byte
+      {"\x81\x40", 1},      {"\x9F\xFC", 1}, {"\xE0\x40", 1}, {"\xFC\xFC", 1},
+      {"\x81\xFD", 0},      // 0xFD to 0xFF are neither lead nor trail
+      {"\xA0\x40", 0},      {"\xA1\x40", 0}, // 0xA1 to 0xDF are single-byte characters
+      {"\xFD\x40", 0},      {"\x20\x81", 0}, {"A\x81", 0}, {"a\x40", 0},
+      {"\x81\x3F", 0},      // no byte below 0x40 is ever part of a pair
   };
   for (const auto& c : cases)
     EXPECT_EQ(KZ_IsSJisMultiByteChar(c.bytes), c.pair) << std::hex << +(unsigned char)c.bytes[0];

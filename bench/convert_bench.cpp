@@ -219,9 +219,14 @@ class RatioReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
-    for (const auto& run : runs)
-      if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-        seconds_[run.benchmark_name()] = run.real_accumulated_time / run.iterations;
+    // One time per benchmark: its run, or the median of its repetitions.
+    for (const auto& run : runs) {
+      if (run.error_occurred) continue;
+      if (run.run_type == Run::RT_Iteration && seconds_.count(run.run_name.str()) == 0)
+        seconds_[run.run_name.str()] = run.real_accumulated_time / run.iterations;
+      if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median")
+        seconds_[run.run_name.str()] = run.real_accumulated_time / run.iterations;
+    }
   }
   void print_ratios() const {
     std::printf("\nours against iconv (iconv time / our time; higher is better)\n");

@@ -6,15 +6,32 @@
 
 namespace {
 
-// Both conversions zero-fill the whole destination first, so that an empty
-// source leaves the empty text and a caller can go by dst alone. The result
-// counts the terminator and one more: "abc" gives 5, a failure 1.
+// Both conversions leave dst as if it had been zero-filled first, so that
+// an empty source leaves the empty text and a caller can go by dst alone.
+// The result counts the terminator and one more: "abc" gives 5, a failure 1.
 template <class From, class To, class Convert>
 int32_t convert(const From* src, To* dst, int32_t size, Convert platform_convert) {
-  if (dst != nullptr && size > 0) std::memset(dst, 0, static_cast<std::size_t>(size) * sizeof(To));
-  if (src == nullptr || src[0] == 0) return -1;
+  const auto zero = [&](int32_t from) {
+    std::memset(dst + from, 0, static_cast<std::size_t>(size - from) * sizeof(To));
+  };
+  const bool fill = dst != nullptr && size > 0;
+  if (src == nullptr || src[0] == 0) {
+    if (fill) zero(0);
+    return -1;
+  }
   if (size < 0) return 1;  // the platform refuses a negative capacity
-  return platform_convert(src, size > 0 ? dst : nullptr, size) + 1;
+  if (!fill) return platform_convert(src, nullptr, size) + 1;
+  // A successful conversion writes exactly its count from the start, so
+  // zeroing what lies behind it gives the same bytes as zeroing first,
+  // without a second pass over dst.
+  const int written = platform_convert(src, dst, size);
+  if (written > 0) {
+    zero(written);
+    return written + 1;
+  }
+  // A failed one may have left part of the text: fill, then convert again.
+  zero(0);
+  return platform_convert(src, dst, size) + 1;
 }
 
 }  // namespace

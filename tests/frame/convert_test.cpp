@@ -99,4 +99,47 @@ TEST(Conversion, CharacterWithoutNarrowFormTakesTheDefaultCharacter) {
   EXPECT_EQ(std::string(narrow.data()).find('?'), 1u);
 }
 
+TEST(Conversion, LeadByteTakesTheByteAfterItWhateverItIs) {
+  // What Windows gives for sequences that are no character: the lead byte
+  // swallows the byte after it (even a blank) unless the text ends there.
+  struct Case {
+    const char* narrow;
+    std::u16string wide;
+  } cases[] = {
+      {"\x81\x20"
+       "b",
+       u"\u30FB"
+       "b"},  // no trail byte: one middle dot for both
+      {"\x81\x7F"
+       "b",
+       u"\u30FB"
+       "b"},
+      {"\x85\x40", u"\u30FB"},  // a pair with no character
+      {"a\x81", u"a\u30FB"},    // a lead byte at the end stands alone
+      {"\x81\x5C", u"\u2015"},  // trail byte 0x5C
+      {"\xA0\xFD\xFF", u"\uF8F0\uF8F1\uF8F3"},
+      {"\xF0\x40", u"\uE000"},  // user-defined area
+  };
+  for (const auto& c : cases) {
+    auto wide = sentinel_buffer<wchar>(8);
+    EXPECT_EQ(KZ_SJIS2UNICODE(c.narrow, wide.data(), 8), static_cast<int32_t>(c.wide.size()) + 2)
+        << c.narrow;
+    for (std::size_t i = 0; i < c.wide.size(); ++i)
+      EXPECT_EQ(static_cast<char16_t>(wide[i]), c.wide[i]) << c.narrow << " at " << i;
+    EXPECT_EQ(wide[c.wide.size()], 0);
+  }
+}
+
+TEST(Conversion, EachHalfOfASurrogatePairTakesTheDefaultCharacter) {
+  // Units are converted one by one, so a pair gives two default characters
+  // and a lone half one.
+  const wchar pair[] = {'a', 0xD83D, 0xDE00, 'b', 0};
+  const wchar lone[] = {0xDC00, 'b', 0};
+  auto narrow = sentinel_buffer<char>(8);
+  EXPECT_EQ(KZ_UNICODE2SJIS(pair, narrow.data(), 8), 6);
+  EXPECT_EQ(std::string(narrow.data()), "a??b");
+  EXPECT_EQ(KZ_UNICODE2SJIS(lone, narrow.data(), 8), 4);
+  EXPECT_EQ(std::string(narrow.data()), "?b");
+}
+
 }  // namespace

@@ -77,12 +77,13 @@ void print_tables() {
   for (unsigned byte = 0; byte < 0x80; ++byte)
     if (single[byte] != byte) die("byte %02X is not ASCII", byte);
 
-  // Two-byte sequences: a lead byte takes any following byte but the
-  // terminator as its trail and gives one unit for the two.
+  // Every byte followed by every byte but the terminator: a lead byte takes
+  // any following byte as its trail and gives one unit for the two; any
+  // other byte gives its own unit, and the next byte its own.
   std::vector<unsigned> lead_index(256, 0);
   std::vector<unsigned> pairs;
   unsigned leads = 0;
-  for (unsigned lead = 0x80; lead < 256; ++lead) {
+  for (unsigned lead = 1; lead < 256; ++lead) {
     std::vector<unsigned> row(256, single[lead]);
     int consumed = 0;
     for (unsigned trail = 1; trail < 256; ++trail) {

@@ -201,7 +201,9 @@ constexpr EncodeInOrder kEncodeInOrder = make_encode_in_order();
 inline unsigned put_unit(unsigned char* dst, char16_t unit) {
   const std::uint16_t in_order = kEncodeInOrder.bytes[unit];
   std::memcpy(dst, &in_order, 2);
-  return in_order > 0xFF ? 2 : 1;
+  // 2 above 0xFF. Written as arithmetic: a comparison here costs a quarter
+  // of the encoder's speed on Japanese text.
+  return 1 + ((in_order + 0xFF00u) >> 16);
 }
 
 template <bool Checked>

@@ -93,7 +93,7 @@ int run_in_range(const Args& args) {
 }
 
 void tour_datetime() {
-  std::printf("Dates and times\n");
+  std::printf("\nDates and times\n");
   show("KZ_QueryDays(2100, 2)", std::to_string(KZ_QueryDays(2100, 2)));
   const DateRecord tuesday{2024, 1, 2}, no_such_day{2100, 2, 29};
   uint16_t day_of_week = 0;

@@ -12,7 +12,8 @@ namespace {
 template <class From, class To, class Convert>
 int32_t convert(const From* src, To* dst, int32_t size, Convert platform_convert) {
   const auto zero = [&](int32_t from) {
-    std::memset(dst + from, 0, static_cast<std::size_t>(size - from) * sizeof(To));
+    // Most callers size dst by the text and leave nothing to zero.
+    if (from < size) std::memset(dst + from, 0, static_cast<std::size_t>(size - from) * sizeof(To));
   };
   const bool fill = dst != nullptr && size > 0;
   if (src == nullptr || src[0] == 0) {

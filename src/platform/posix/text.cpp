@@ -16,6 +16,21 @@
 #include <emmintrin.h>
 #endif
 
+// Whether a scan for the terminator may read whole aligned words that hold
+// it: never under AddressSanitizer, which reports what lies behind it.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define KZ_UNDER_ASAN 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(KZ_UNDER_ASAN)
+#define KZ_ALIGNED_OVERREAD 0
+#elif defined(__SSE2__)
+#define KZ_ALIGNED_OVERREAD 1
+#else
+#define KZ_ALIGNED_OVERREAD 0
+#endif
+
 namespace kz::os {
 namespace {
 
@@ -26,24 +41,39 @@ using cp932::kLeadIndex;
 // A lead byte takes the byte after it as its trail, whatever its value, unless
 // the text ends there or that byte is 0: then the lead byte stands alone.
 
-#if defined(__SSE2__)
-// The blocks compute a lead byte's row instead of looking it up.
-constexpr bool lead_rows_are_in_byte_order() {
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    const unsigned row = byte >= 0x81 && byte <= 0x9F   ? byte - 0x80
-                         : byte >= 0xE0 && byte <= 0xFC ? byte - 0xC0
-                                                        : 0;
-    if (kLeadIndex[byte] != row) return false;
-  }
-  return true;
-}
-static_assert(lead_rows_are_in_byte_order());
+// The unit of every byte together with the byte after it, indexed by the
+// two as a little-endian 16-bit word (byte | next << 8), as it lies in
+// memory: a lead byte with a nonzero next byte gives the pair's unit, any
+// other byte its own unit.
+// Derived at compile time from the checked-in table (128 KiB of read-only
+// data), so that the blocks look a character up with one load from where it
+// starts, whatever it is.
+struct DecodeByWord {
+  char16_t units[65536];
+};
 
-// Bit k set where byte k of the 64 at p has its high bit, or is a lead byte.
-std::uint64_t mask64(const unsigned char* p, bool leads) {
+constexpr DecodeByWord make_decode_by_word() {
+  DecodeByWord table{};
+  for (unsigned next = 0; next < 256; ++next)
+    for (unsigned byte = 0; byte < 256; ++byte) {
+      const unsigned row = kLeadIndex[byte];
+      table.units[next * 256 + byte] =
+          row != 0 && next != 0 ? kDecode[row * 256 + next] : kDecode[byte];
+    }
+  return table;
+}
+
+constexpr DecodeByWord kDecodeByWord = make_decode_by_word();
+
+#if defined(__SSE2__)
+// Bit k set where byte k of the Width at p has its high bit, or is a lead
+// byte (Width is 8, 16 or 64).
+template <int Width>
+std::uint64_t byte_mask(const unsigned char* p, bool leads) {
   std::uint64_t mask = 0;
-  for (int part = 0; part < 4; ++part) {
-    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
+  for (int part = 0; part < (Width + 15) / 16; ++part) {
+    __m128i bytes = Width == 8 ? _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))
+                               : _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
     if (leads) {
       // 0x81-0x9F and 0xE0-0xFC become 0xA1-0xDC by flipping bit 5; that
       // range, moved to start at -128, is what lies below -128 + 0x3C.
@@ -55,76 +85,111 @@ std::uint64_t mask64(const unsigned char* p, bool leads) {
     mask |= static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(bytes)))
             << (16 * part);
   }
-  return mask;
+  return Width == 8 ? mask & 0xFF : mask;
 }
 
-// The trail positions among 64 bytes whose lead bytes are `leads`: in a run
-// of lead bytes every other one is a trail, counted from the run's start.
-// (The same carry trick finds escaped characters after runs of backslashes.)
+// Widens Width ASCII bytes to units.
+template <int Width>
+void widen_ascii(const unsigned char* src, char16_t* dst) {
+  const __m128i zero = _mm_setzero_si128();
+  if constexpr (Width == 8) {
+    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(src));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), _mm_unpacklo_epi8(bytes, zero));
+  } else {
+    for (int part = 0; part < Width / 16; ++part) {
+      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + 16 * part));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part), _mm_unpacklo_epi8(bytes, zero));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part + 8),
+                       _mm_unpackhi_epi8(bytes, zero));
+    }
+  }
+}
+
+// The trail positions among Width bytes whose lead bytes are `leads`: in a
+// run of lead bytes every other one is a trail, counted from the run's
+// start. (The same carry trick finds escaped characters after runs of
+// backslashes.) last_is_pair tells whether the last byte is a lead byte
+// that takes the byte behind the block.
+template <int Width>
 std::uint64_t trail_positions(std::uint64_t leads, bool& last_is_pair) {
   constexpr std::uint64_t even = 0x5555555555555555ULL;
+  constexpr std::uint64_t all = Width == 64 ? ~0ULL : (1ULL << Width) - 1;
   const std::uint64_t follows_lead = leads << 1;
   const std::uint64_t odd_starts = leads & ~even & ~follows_lead;
   std::uint64_t sum = 0;
-  last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
-  return (even ^ (sum << 1)) & follows_lead;
+  if constexpr (Width == 64) {
+    last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
+  } else {
+    sum = odd_starts + leads;
+    last_is_pair = (sum >> Width) & 1;
+  }
+  return (even ^ (sum << 1)) & follows_lead & all;
+}
+
+// The unit of the character that starts at p.
+inline char16_t unit_at(const unsigned char* p) {
+  std::uint16_t word;
+  std::memcpy(&word, p, 2);
+  return kDecodeByWord.units[word];
+}
+
+// Decodes blocks of Width bytes from in while they lie before `nonzero`,
+// the text's terminator, and fit in the destination: an ASCII block is
+// widened, any other is cut into characters by bit masks and each
+// character looked up where it starts. The byte behind a block is readable
+// (at worst the terminator), which a pair at the block's end needs.
+//
+// The 64-byte blocks look characters up in groups of eight, so that the
+// loop's length varies little and its end is predicted; a group's spare
+// lookups write up to seven junk units behind the block's characters. Those
+// blocks keep 16 bytes of text behind them, at least eight more units, and
+// room for them, so that later units always overwrite the junk.
+template <int Width, bool Checked>
+void decode_blocks(const unsigned char* src, std::size_t& in, std::size_t nonzero, char16_t* dst,
+                   std::size_t& out, std::size_t capacity) {
+  constexpr bool grouped = Width == 64;
+  constexpr std::size_t text_after = grouped ? 16 : 0, room_after = grouped ? 8 : 0;
+  constexpr std::uint64_t all = Width == 64 ? ~0ULL : (1ULL << Width) - 1;
+  while (in + Width + text_after <= nonzero && (!Checked || out + Width + room_after <= capacity)) {
+    const unsigned char* block = src + in;
+    if (byte_mask<Width>(block, false) == 0) {
+      widen_ascii<Width>(block, dst + out);
+      in += Width;
+      out += Width;
+      continue;
+    }
+    bool last_is_pair = false;
+    std::uint64_t starts =
+        ~trail_positions<Width>(byte_mask<Width>(block, true), last_is_pair) & all;
+    if constexpr (grouped) {
+      const auto count = static_cast<unsigned>(__builtin_popcountll(starts));
+      for (unsigned done = 0; done < count; done += 8)
+        for (unsigned k = 0; k < 8; ++k) {
+          // Past the last start this looks up the block's last byte.
+          dst[out + done + k] = unit_at(block + __builtin_ctzll(starts | 1ULL << 63));
+          starts &= starts - 1;
+        }
+      out += count;
+    } else {
+      for (; starts != 0; starts &= starts - 1)
+        dst[out++] = unit_at(block + __builtin_ctzll(starts));
+    }
+    // A lead byte before the terminator stands alone.
+    in += Width + (last_is_pair && block[Width] != 0 ? 1 : 0);
+  }
 }
 #endif
 
 // Decodes length bytes; the first `nonzero` of them are known to be nonzero
-// (the text before its terminator), which lets whole blocks of 64 be decided
-// from bit masks. With Checked, the output stops at capacity and the result
-// is -1 when the bytes do not fit.
+// (the text before its terminator), which lets whole blocks be decided from
+// bit masks. With Checked, the output stops at capacity and the result is
+// -1 when the bytes do not fit.
 template <bool Checked>
 long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzero, char16_t* dst,
                 std::size_t capacity) {
   std::size_t in = 0, out = 0;
 #if defined(__SSE2__)
-  // A block needs the byte behind it as well, for a pair at its last byte.
-  while (in + 65 <= nonzero && (!Checked || out + 64 <= capacity)) {
-    const unsigned char* block = src + in;
-    if (mask64(block, false) == 0) {
-      const __m128i zero = _mm_setzero_si128();
-      for (int part = 0; part < 4; ++part) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 16 * part));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 16 * part),
-                         _mm_unpacklo_epi8(bytes, zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 16 * part + 8),
-                         _mm_unpackhi_epi8(bytes, zero));
-      }
-      in += 64;
-      out += 64;
-      continue;
-    }
-    const std::uint64_t leads = mask64(block, true);
-    bool last_is_pair = false;
-    const std::uint64_t trails = trail_positions(leads, last_is_pair);
-    const std::uint64_t pairs = leads & ~trails;
-    // The table index of every position, eight at a time; then each
-    // character start looks its unit up.
-    alignas(16) std::uint16_t index[64];
-    for (int part = 0; part < 8; ++part) {
-      const __m128i zero = _mm_setzero_si128();
-      const __m128i here = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block + 8 * part));
-      const __m128i next = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block + 8 * part + 1));
-      const __m128i byte = _mm_unpacklo_epi8(here, zero);
-      const __m128i trail = _mm_unpacklo_epi8(next, zero);
-      // The row of a lead byte: 0x81-0x9F are rows 1-31, 0xE0-0xFC rows 32-60.
-      const __m128i high_leads = _mm_cmpgt_epi16(byte, _mm_set1_epi16(0xDF));
-      const __m128i row = _mm_sub_epi16(_mm_sub_epi16(byte, _mm_set1_epi16(0x80)),
-                                        _mm_and_si128(high_leads, _mm_set1_epi16(0x40)));
-      const __m128i pair_index = _mm_add_epi16(_mm_slli_epi16(row, 8), trail);
-      const __m128i lane_bits = _mm_setr_epi16(1, 2, 4, 8, 16, 32, 64, 128);
-      const __m128i chunk = _mm_set1_epi16(static_cast<short>((pairs >> (8 * part)) & 0xFF));
-      const __m128i is_pair = _mm_cmpeq_epi16(_mm_and_si128(chunk, lane_bits), lane_bits);
-      const __m128i chosen =
-          _mm_or_si128(_mm_and_si128(is_pair, pair_index), _mm_andnot_si128(is_pair, byte));
-      _mm_store_si128(reinterpret_cast<__m128i*>(index + 8 * part), chosen);
-    }
-    for (std::uint64_t starts = ~trails; starts != 0; starts &= starts - 1)
-      dst[out++] = kDecode[index[__builtin_ctzll(starts)]];
-    in += 64 + (last_is_pair ? 1 : 0);
-  }
+  decode_blocks<64, Checked>(src, in, nonzero, dst, out, capacity);
 #else
   (void)nonzero;
 #endif
@@ -132,13 +197,9 @@ long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzer
 #if defined(__SSE2__)
     // Sixteen ASCII bytes at a time where a run of them starts.
     if (src[in] < 0x80 && in + 16 <= nonzero && (!Checked || out + 16 <= capacity)) {
-      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-      const unsigned high = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+      const unsigned high = static_cast<unsigned>(byte_mask<16>(src + in, false));
       if (high == 0) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out),
-                         _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 8),
-                         _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+        widen_ascii<16>(src + in, dst + out);
         in += 16;
         out += 16;
         continue;
@@ -206,6 +267,17 @@ inline unsigned put_unit(unsigned char* dst, char16_t unit) {
   return 1 + ((in_order + 0xFF00u) >> 16);
 }
 
+#if defined(__SSE2__)
+// The bytes of eight units when all of them are ASCII, packed into the low
+// half of the result; `ascii` tells whether they are.
+inline __m128i ascii_units(const char16_t* src, bool& ascii) {
+  const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
+  const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+  ascii = _mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF;
+  return _mm_packus_epi16(units, units);
+}
+#endif
+
 template <bool Checked>
 long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std::size_t capacity) {
   std::size_t in = 0, out = 0;
@@ -227,30 +299,38 @@ long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std
     for (int k = 0; k < 16; ++k) out += put_unit(dst + out, src[in + k]);
     in += 16;
   }
-  while (in < length) {
+  // Blocks of 8 the same way near the end of the text or the destination,
+  // where short texts spend most of their time.
+  while (in + 8 <= length) {
 #if defined(__SSE2__)
-    // Eight ASCII units at a time where a run of them starts.
-    if (src[in] < 0x80 && in + 8 <= length && (!Checked || out + 8 <= capacity)) {
-      const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-      const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
-      if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(units, units));
-        in += 8;
-        out += 8;
-        continue;
-      }
+    bool ascii = false;
+    const __m128i packed = ascii_units(src + in, ascii);
+    if (ascii) {
+      if (Checked && out + 8 > capacity) break;
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), packed);
+      in += 8;
+      out += 8;
+      continue;
     }
 #endif
-    const unsigned bytes = cp932::encode_unit(src[in++]);
-    if (bytes < 0x100) {
-      if (Checked && out == capacity) return -1;
-      dst[out++] = static_cast<unsigned char>(bytes);
+    if (in + 8 == length || (Checked && out + 17 > capacity)) break;
+    for (int k = 0; k < 8; ++k) out += put_unit(dst + out, src[in + k]);
+    in += 8;
+  }
+  while (in < length) {
+    const std::uint16_t in_order = kEncodeInOrder.bytes[src[in++]];
+    const unsigned count = 1 + ((in_order + 0xFF00u) >> 16);
+    unsigned char bytes[2];
+    std::memcpy(bytes, &in_order, 2);
+    // Two bytes at once while a unit follows that overwrites a junk byte
+    // and is sure to fit behind it.
+    if (in < length && (!Checked || out + 3 <= capacity)) {
+      std::memcpy(dst + out, bytes, 2);
     } else {
-      if (Checked && capacity - out < 2) return -1;
-      dst[out] = static_cast<unsigned char>(bytes >> 8);
-      dst[out + 1] = static_cast<unsigned char>(bytes);
-      out += 2;
+      if (Checked && capacity - out < count) return -1;
+      std::memcpy(dst + out, bytes, count);
     }
+    out += count;
   }
   return static_cast<long>(out);
 }
@@ -262,6 +342,24 @@ std::size_t encoded_length(const char16_t* src, std::size_t length) {
 }
 
 std::size_t wide_length(const char16_t* text) {
+#if KZ_ALIGNED_OVERREAD
+  // Whole aligned 16-byte words: the word that holds the terminator lies in
+  // the terminator's page, so it cannot fault, though it may read units
+  // behind the terminator (which AddressSanitizer would rightly report, so
+  // its builds take the loop below). An odd address takes the loop as well.
+  const auto address = reinterpret_cast<std::uintptr_t>(text);
+  if (address % 2 == 0) {
+    const auto* word = reinterpret_cast<const __m128i*>(address & ~std::uintptr_t{15});
+    const __m128i zero = _mm_setzero_si128();
+    // The bytes of the word before the text count for nothing.
+    unsigned zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(*word, zero))) >>
+                     (address & 15) << (address & 15);
+    while (zeros == 0)
+      zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(*++word, zero)));
+    const auto end = reinterpret_cast<std::uintptr_t>(word) + __builtin_ctz(zeros);
+    return (end - address) / 2;
+  }
+#endif
   const char16_t* end = text;
   // Each unit is read only when the one before it is not the terminator.
   while (end[0] != 0 && end[1] != 0 && end[2] != 0 && end[3] != 0) end += 4;

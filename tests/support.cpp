@@ -49,4 +49,26 @@ std::string utf8(const wstring& wide) {
   return out;
 }
 
+SYSTEMTIME system_time(int year, int month, int day, int hour, int minute, int second, int ms) {
+  SYSTEMTIME t{};
+  t.wYear = static_cast<uint16_t>(year);
+  t.wMonth = static_cast<uint16_t>(month);
+  t.wDay = static_cast<uint16_t>(day);
+  t.wHour = static_cast<uint16_t>(hour);
+  t.wMinute = static_cast<uint16_t>(minute);
+  t.wSecond = static_cast<uint16_t>(second);
+  t.wMilliseconds = static_cast<uint16_t>(ms);
+  return t;
+}
+
+std::int64_t ticks(const FILETIME& moment) {
+  return static_cast<std::int64_t>((static_cast<std::uint64_t>(moment.dwHighDateTime) << 32) |
+                                   moment.dwLowDateTime);
+}
+
+FILETIME moment(std::int64_t ticks) {
+  const auto bits = static_cast<std::uint64_t>(ticks);
+  return {static_cast<std::uint32_t>(bits), static_cast<std::uint32_t>(bits >> 32)};
+}
+
 }  // namespace kz::test

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,28 @@ std::vector<Ch> sentinel_buffer(std::size_t size, Ch sentinel = static_cast<Ch>(
   return std::vector<Ch>(size, sentinel);
 }
 
+// The text in a buffer, up to its terminator.
+template <class Ch>
+std::basic_string<Ch> str(const std::vector<Ch>& buffer) {
+  return buffer.data();
+}
+
+// Whether every element from `from` on still holds the sentinel: nothing
+// was written at or behind a size bound.
+template <class Ch>
+::testing::AssertionResult untouched_from(const std::vector<Ch>& buffer, std::size_t from,
+                                          Ch sentinel = static_cast<Ch>(0x7B)) {
+  for (std::size_t i = from; i < buffer.size(); ++i)
+    if (buffer[i] != sentinel) return ::testing::AssertionFailure() << "written at " << i;
+  return ::testing::AssertionSuccess();
+}
+
+// A calendar record, and a moment as one count of ticks and back.
+SYSTEMTIME system_time(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
+                       int ms = 0);
+std::int64_t ticks(const FILETIME& moment);
+FILETIME moment(std::int64_t ticks);
+
 // Runs `body` with the allocator failing once at the n-th allocation, for
 // n = 1, 2, ... until a run makes no n-th allocation; then once more with
 // every allocation from the n-th on failing. `body` gets true when it ran
@@ -50,6 +73,14 @@ void for_each_allocation_failure(Body body) {
       if (!reached) break;
     }
   }
+}
+
+// Rows of a table that hold for one twin only: double-byte characters are
+// the narrow twin's alone, and some size rules differ by twin.
+enum class Only { kBoth, kNarrow, kWide };
+template <class Ch>
+bool runs(Only only) {
+  return only == Only::kBoth || (only == Only::kNarrow) == (sizeof(Ch) == 1);
 }
 
 // Element types of the typed tests: every case runs in both encodings.

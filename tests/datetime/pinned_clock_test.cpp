@@ -7,98 +7,90 @@
 #include <string>
 
 #include "platform/platform.h"
-#include "support.h"
+#include "twins.h"
 
 namespace {
 
-using kz::test::text;
+using namespace kz::test;
 
-struct Pinned {
-  int year, month, day, hour, minute, second, ms;
-};
-
+template <class Ch>
 class PinnedClock : public ::testing::Test {
  protected:
   void SetUp() override {
     const char* moment = std::getenv("KZ_PINNED_CLOCK");
     if (moment == nullptr) GTEST_SKIP() << "runs only through tests/run-with-clock";
     char fraction[16] = "0";
-    const int fields = std::sscanf(moment, "%d-%d-%d %d:%d:%d.%9[0-9]", &at_.year, &at_.month,
-                                   &at_.day, &at_.hour, &at_.minute, &at_.second, fraction);
-    ASSERT_GE(fields, 6) << moment;
-    // A fraction of a second: ".5" is 500 milliseconds.
-    const std::string digits = (std::string(fraction) + "000").substr(0, 3);
-    at_.ms = std::atoi(digits.c_str());
+    ASSERT_GE(std::sscanf(moment, "%d-%d-%d %d:%d:%d.%9[0-9]", &year, &month, &day, &hour, &minute,
+                          &second, fraction),
+              6)
+        << moment;
+    ms = std::atoi((std::string(fraction) + "000").substr(0, 3).c_str());  // ".5" is 500 ms
     SYSTEMTIME now;
     kz::os::GetLocalTime(&now);
-    ASSERT_TRUE(now.wYear == at_.year && now.wMonth == at_.month && now.wDay == at_.day &&
-                now.wHour == at_.hour && now.wMinute == at_.minute && now.wSecond == at_.second &&
-                now.wMilliseconds == at_.ms)
+    ASSERT_TRUE(now.wYear == year && now.wMonth == month && now.wDay == day && now.wHour == hour &&
+                now.wMinute == minute && now.wSecond == second && now.wMilliseconds == ms)
         << "the clock is not frozen at " << moment << " (is libfaketime preloaded?)";
-  }
-
-  std::string date_text() const { return format("%04d-%02d-%02d", at_.year, at_.month, at_.day); }
-  std::string second_text() const {
-    return date_text() + format("T%02d:%02d:%02d", at_.hour, at_.minute, at_.second);
-  }
-  static std::string format(const char* layout, int a, int b, int c) {
     char out[64];
-    std::snprintf(out, sizeof out, layout, a, b, c);
-    return out;
+    std::snprintf(out, sizeof out, "%04d-%02d-%02d", year, month, day);
+    date_text = out;
+    std::snprintf(out, sizeof out, "T%02d:%02d:%02d", hour, minute, second);
+    second_text = date_text + out;
   }
-  bool in_last_second_after_its_start() const {
-    return at_.hour == 23 && at_.minute == 59 && at_.second == 59 && at_.ms > 0;
-  }
+  std::basic_string<Ch> t(const std::string& s) const { return text<Ch>(s); }
 
-  Pinned at_{};
+  int year, month, day, hour, minute, second, ms;
+  std::string date_text, second_text;
 };
+TYPED_TEST_SUITE(PinnedClock, ElementTypes);
 
-TEST_F(PinnedClock, WritesTheFrozenMoment) {
-  kz::test::wchar wide[32];
-  KZ_CurrentDateTimeStringW(wide, 1, '-', 'T');
+TYPED_TEST(PinnedClock, WritesTheFrozenMoment) {
+  using Ch = TypeParam;
   char ms[8];
-  std::snprintf(ms, sizeof ms, ".%03d", at_.ms);
-  EXPECT_EQ(kz::test::utf8(wide), second_text() + ms);
+  std::snprintf(ms, sizeof ms, ".%03d", this->ms);
+  auto out = sentinel_buffer<Ch>(32);
+  EXPECT_EQ(Twin<Ch>::CurrentDateTimeString(out.data(), 1, Ch('-'), Ch('T')), 23);
+  EXPECT_EQ(str(out), this->t(this->second_text + ms));
+  EXPECT_EQ(Twin<Ch>::CurrentDateString(out.data(), Ch('/')), 10);
+  EXPECT_EQ(str(out), this->t(this->date_text.substr(0, 4) + "/" + this->date_text.substr(5, 2) +
+                              "/" + this->date_text.substr(8, 2)));
+  EXPECT_EQ(Twin<Ch>::CurrentTimeString(out.data()), 8);
+  EXPECT_EQ(str(out), this->t(this->second_text.substr(11)));
 }
 
-TEST_F(PinnedClock, RecordDateRunsToTheLastMillisecondOfTheDay) {
-  const DateRecord today{static_cast<uint16_t>(at_.year), static_cast<uint16_t>(at_.month),
-                         static_cast<uint16_t>(at_.day)};
+TYPED_TEST(PinnedClock, RecordDateRunsToTheLastMillisecondOfTheDay) {
+  const DateRecord today{static_cast<uint16_t>(this->year), static_cast<uint16_t>(this->month),
+                         static_cast<uint16_t>(this->day)};
   EXPECT_EQ(KZ_CheckCurrentDate(&today, &today), 1);
 }
 
-TEST_F(PinnedClock, TextDateEndsAtTheLastWholeSecond) {
-  const int32_t expected = in_last_second_after_its_start() ? 0 : 1;
-  const std::string today = date_text();
-  const auto wide = text<kz::test::wchar>(today);
-  EXPECT_EQ(KZ_CheckStringCurrentDateW(wide.c_str(), wide.c_str(), 1), expected);
-  EXPECT_EQ(KZ_CheckStringCurrentDateA(today.c_str(), today.c_str(), 1), expected);
+TYPED_TEST(PinnedClock, TextDateEndsAtTheLastWholeSecond) {
+  using Ch = TypeParam;
+  const bool last_second = this->hour == 23 && this->minute == 59 && this->second == 59;
+  const int32_t expected = last_second && this->ms > 0 ? 0 : 1;
+  const auto today = this->t(this->date_text);
+  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDate(today.c_str(), today.c_str(), 1), expected);
   // The strict compare also leaves out 00:00:00.000 and 23:59:59.000.
-  const bool on_a_bound = at_.ms == 0 && ((at_.hour == 0 && at_.minute == 0 && at_.second == 0) ||
-                                          (at_.hour == 23 && at_.minute == 59 && at_.second == 59));
-  EXPECT_EQ(KZ_CheckStringCurrentDateW(wide.c_str(), wide.c_str(), 0), on_a_bound ? 0 : expected);
+  const bool midnight = this->hour == 0 && this->minute == 0 && this->second == 0;
+  const bool on_a_bound = this->ms == 0 && (midnight || last_second);
+  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDate(today.c_str(), today.c_str(), 0),
+            on_a_bound ? 0 : expected);
 }
 
-TEST_F(PinnedClock, DateTimeEndNamingThisSecondHoldsOnlyAtMillisecondZero) {
-  const int32_t expected = at_.ms == 0 ? 1 : 0;
-  const DateTimeRecord start{static_cast<uint16_t>(at_.year),
-                             static_cast<uint16_t>(at_.month),
-                             static_cast<uint16_t>(at_.day),
-                             0,
-                             0,
-                             0};
-  const DateTimeRecord end{static_cast<uint16_t>(at_.year),   static_cast<uint16_t>(at_.month),
-                           static_cast<uint16_t>(at_.day),    static_cast<uint16_t>(at_.hour),
-                           static_cast<uint16_t>(at_.minute), static_cast<uint16_t>(at_.second)};
+TYPED_TEST(PinnedClock, DateTimeEndNamingThisSecondHoldsOnlyAtMillisecondZero) {
+  using Ch = TypeParam;
+  const int32_t expected = this->ms == 0 ? 1 : 0;
+  const auto u16 = [](int v) { return static_cast<uint16_t>(v); };
+  const DateTimeRecord start{u16(this->year), u16(this->month), u16(this->day), 0, 0, 0};
+  const DateTimeRecord end{u16(this->year), u16(this->month),  u16(this->day),
+                           u16(this->hour), u16(this->minute), u16(this->second)};
   EXPECT_EQ(KZ_CheckCurrentDateTime(&start, &end), expected);
-  const std::string from = date_text() + "T00:00:00", to = second_text();
-  EXPECT_EQ(KZ_CheckStringCurrentDateTimeA(from.c_str(), to.c_str(), 1), expected);
-  const auto wide_from = text<kz::test::wchar>(from), wide_to = text<kz::test::wchar>(to);
-  EXPECT_EQ(KZ_CheckStringCurrentDateTimeW(wide_from.c_str(), wide_to.c_str(), 1), expected);
+  const auto from = this->t(this->date_text + "T00:00:00"), to = this->t(this->second_text);
+  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDateTime(from.c_str(), to.c_str(), 1), expected);
   // Starting at this very second: inside under the strict compare only
   // once the milliseconds have moved on.
-  const std::string later = date_text() + "T23:59:59.999";
-  EXPECT_EQ(KZ_CheckStringCurrentDateTimeA(to.c_str(), later.c_str(), 0), at_.ms > 0 ? 1 : 0);
+  const auto later = this->t(this->date_text + "T23:59:59.999");
+  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDateTime(to.c_str(), later.c_str(), 0),
+            this->ms > 0 ? 1 : 0);
 }
 
 }  // namespace

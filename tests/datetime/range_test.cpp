@@ -1,61 +1,23 @@
 // Date range checks: 1 inside, 0 outside, -1 for a point that does not
 // convert, from records, texts and the clock.
+#include <functional>
 #include <string>
 
-#include "frame/memory.h"
-#include "platform/platform.h"
-#include "support.h"
+#include "twins.h"
 
 namespace {
 
-using kz::test::text;
-
-template <class Ch>
-struct Checks;
-
-template <>
-struct Checks<char> {
-  static int32_t date(const char* s, const char* e, const char* t, int32_t inclusive) {
-    return KZ_CheckStringDateA(s, e, t, inclusive);
-  }
-  static int32_t date_time(const char* s, const char* e, const char* t, int32_t inclusive) {
-    return KZ_CheckStringDateTimeA(s, e, t, inclusive);
-  }
-  static int32_t current_date(const char* s, const char* e, int32_t inclusive) {
-    return KZ_CheckStringCurrentDateA(s, e, inclusive);
-  }
-  static int32_t current_date_time(const char* s, const char* e, int32_t inclusive) {
-    return KZ_CheckStringCurrentDateTimeA(s, e, inclusive);
-  }
-};
-
-template <>
-struct Checks<kz::test::wchar> {
-  using Ch = kz::test::wchar;
-  static int32_t date(const Ch* s, const Ch* e, const Ch* t, int32_t inclusive) {
-    return KZ_CheckStringDateW(s, e, t, inclusive);
-  }
-  static int32_t date_time(const Ch* s, const Ch* e, const Ch* t, int32_t inclusive) {
-    return KZ_CheckStringDateTimeW(s, e, t, inclusive);
-  }
-  static int32_t current_date(const Ch* s, const Ch* e, int32_t inclusive) {
-    return KZ_CheckStringCurrentDateW(s, e, inclusive);
-  }
-  static int32_t current_date_time(const Ch* s, const Ch* e, int32_t inclusive) {
-    return KZ_CheckStringCurrentDateTimeW(s, e, inclusive);
-  }
-};
+using namespace kz::test;
 
 template <class Ch>
 class RangeText : public ::testing::Test {};
-TYPED_TEST_SUITE(RangeText, kz::test::ElementTypes);
+TYPED_TEST_SUITE(RangeText, ElementTypes);
 
-TEST(RangeRecords, DateBoundsAreWholeDays) {
+TEST(RangeRecords, DateBoundsAreWholeDaysAndDateTimeBoundsInclusiveToTheSecond) {
   struct Case {
     DateRecord start, end, target;
     int32_t expected;
-  };
-  const Case cases[] = {
+  } dates[] = {
       {{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 1}, 1},
       {{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 31}, 1},
       {{2024, 1, 1}, {2024, 1, 1}, {2024, 1, 1}, 1},
@@ -67,36 +29,30 @@ TEST(RangeRecords, DateBoundsAreWholeDays) {
       {{2024, 1, 1}, {2024, 1, 31}, {1600, 1, 15}, -1},
       {{2024, 1, 31}, {2024, 1, 1}, {2023, 2, 29}, -1},  // a bad point beats outside
   };
-  for (const Case& c : cases)
-    EXPECT_EQ(KZ_CheckDate(&c.start, &c.end, &c.target), c.expected)
-        << c.start.year << "-" << c.start.month << "-" << c.start.day << " .. " << c.end.year << "-"
-        << c.end.month << "-" << c.end.day << " @ " << c.target.year << "-" << c.target.month << "-"
-        << c.target.day;
-}
-
-TEST(RangeRecords, DateTimeBoundsAreInclusiveToTheSecond) {
+  for (int i = 0; i < 10; ++i)
+    EXPECT_EQ(KZ_CheckDate(&dates[i].start, &dates[i].end, &dates[i].target), dates[i].expected)
+        << "case " << i;
   const DateTimeRecord start{2024, 1, 2, 3, 4, 5}, end{2024, 1, 2, 3, 4, 7};
-  struct Case {
+  const DateTimeRecord bad{2024, 2, 30, 0, 0, 0};
+  struct TimeCase {
     DateTimeRecord target;
     int32_t expected;
-  };
-  const Case cases[] = {
+  } times[] = {
       {{2024, 1, 2, 3, 4, 5}, 1},   {{2024, 1, 2, 3, 4, 6}, 1}, {{2024, 1, 2, 3, 4, 7}, 1},
       {{2024, 1, 2, 3, 4, 4}, 0},   {{2024, 1, 2, 3, 4, 8}, 0}, {{2024, 1, 2, 3, 4, 60}, -1},
       {{2024, 1, 2, 24, 0, 0}, -1},
   };
-  for (const Case& c : cases)
+  for (const TimeCase& c : times)
     EXPECT_EQ(KZ_CheckDateTime(&start, &end, &c.target), c.expected) << c.target.second;
-  const DateTimeRecord bad{2024, 2, 30, 0, 0, 0};
   EXPECT_EQ(KZ_CheckDateTime(&bad, &end, &start), -1);
   EXPECT_EQ(KZ_CheckDateTime(&start, &bad, &start), -1);
 }
 
 TEST(RangeRecords, CurrentFormsReadTheLocalClock) {
   const DateRecord all_start{1602, 1, 1}, all_end{30827, 12, 31};
-  const DateRecord past_start{1602, 1, 1}, past_end{1602, 1, 2}, bad{2024, 0, 1};
+  const DateRecord past_end{1602, 1, 2}, bad{2024, 0, 1};
   EXPECT_EQ(KZ_CheckCurrentDate(&all_start, &all_end), 1);
-  EXPECT_EQ(KZ_CheckCurrentDate(&past_start, &past_end), 0);
+  EXPECT_EQ(KZ_CheckCurrentDate(&all_start, &past_end), 0);
   EXPECT_EQ(KZ_CheckCurrentDate(&bad, &all_end), -1);
   const DateTimeRecord from{1602, 1, 1, 0, 0, 0}, to{30827, 12, 31, 23, 59, 59};
   const DateTimeRecord bad_time{2024, 1, 1, 0, 0, 60};
@@ -111,8 +67,7 @@ TYPED_TEST(RangeText, DateTextsGiveTheSameAnswerUnderBothCompares) {
   struct Case {
     std::string start, end, target;
     int32_t expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"2024-01-01", "2024-01-31", "2024-01-01", 1},
       {"2024-01-01", "2024-01-31", "2024-01-31", 1},
       {"2024-01-01", "2024-01-31", "2024-02-01", 0},
@@ -131,89 +86,92 @@ TYPED_TEST(RangeText, DateTextsGiveTheSameAnswerUnderBothCompares) {
       {"2024-01-01", "2024-01-31", longest + "0", -1},
   };
   for (const Case& c : cases)
-    for (int32_t inclusive : {1, 0, -7}) {
-      EXPECT_EQ(Checks<Ch>::date(text<Ch>(c.start).c_str(), text<Ch>(c.end).c_str(),
-                                 text<Ch>(c.target).c_str(), inclusive),
+    for (int32_t inclusive : {1, 0, -7})
+      EXPECT_EQ(Twin<Ch>::CheckStringDate(text<Ch>(c.start).c_str(), text<Ch>(c.end).c_str(),
+                                          text<Ch>(c.target).c_str(), inclusive),
                 c.expected)
           << c.start << " .. " << c.end << " @ " << c.target << " inclusive " << inclusive;
-    }
-}
-
-TEST(RangeText, NarrowDateLimitCountsCharactersAfterConversion) {
-  // 23 bytes but 17 characters: six kanji of two bytes each.
-  const std::string start = "2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA";
-  EXPECT_EQ(KZ_CheckStringDateA(start.c_str(), "2024-01-31", "2024-01-15", 1), 1);
+  if constexpr (sizeof(Ch) == 1) {
+    // 23 bytes but 17 characters: the limit counts characters after conversion.
+    const std::string start = "2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA";
+    EXPECT_EQ(KZ_CheckStringDateA(start.c_str(), "2024-01-31", "2024-01-15", 1), 1);
+  }
 }
 
 TYPED_TEST(RangeText, DateTimeTextsAreStrictOrInclusiveByTheFlag) {
   using Ch = TypeParam;
   struct Case {
-    const char* target;
+    const char *start, *end, *target;
     int32_t inclusive_result, strict_result;
-  };
-  const char* start = "2024-01-02T03:04:05";
-  const char* end = "2024-01-02T03:04:07.500";
-  const Case cases[] = {
-      {"2024-01-02T03:04:05", 1, 0},
-      {"2024-01-02T03:04:05.001", 1, 1},
-      {"2024-01-02T03:04:07.500", 1, 0},
-      {"2024-01-02T03:04:07.501", 0, 0},
-      {"2024-01-02T03:04:04.999", 0, 0},
-      {"2024-01-02", -1, -1},
-      {"", -1, -1},
-      {"2024-01-02 03:04:06", -1, -1},
+  } cases[] = {
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02T03:04:05", 1, 0},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02T03:04:05.001", 1, 1},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02T03:04:07.500", 1, 0},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02T03:04:07.501", 0, 0},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02T03:04:04.999", 0, 0},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02", -1, -1},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "", -1, -1},
+      {"2024-01-02T03:04:05", "2024-01-02T03:04:07.500", "2024-01-02 03:04:06", -1, -1},
+      {"2024-02-30T00:00:00", "2024-01-02T03:04:05", "2024-01-02T03:04:05", -1, -1},
+      {"2024-01-02T03:04:05", "2024-02-30T00:00:00", "2024-01-02T03:04:05", -1, -1},
   };
   for (const Case& c : cases) {
-    const auto s = text<Ch>(start), e = text<Ch>(end), t = text<Ch>(c.target);
-    EXPECT_EQ(Checks<Ch>::date_time(s.c_str(), e.c_str(), t.c_str(), 1), c.inclusive_result)
-        << c.target;
-    EXPECT_EQ(Checks<Ch>::date_time(s.c_str(), e.c_str(), t.c_str(), 0), c.strict_result)
-        << c.target;
+    const auto s = text<Ch>(c.start), e = text<Ch>(c.end), t = text<Ch>(c.target);
+    EXPECT_EQ(Twin<Ch>::CheckStringDateTime(s.c_str(), e.c_str(), t.c_str(), 1), c.inclusive_result)
+        << c.start << " .. " << c.end << " @ " << c.target;
+    EXPECT_EQ(Twin<Ch>::CheckStringDateTime(s.c_str(), e.c_str(), t.c_str(), 0), c.strict_result)
+        << c.start << " .. " << c.end << " @ " << c.target;
   }
-  const auto good = text<Ch>(start), bad = text<Ch>("2024-02-30T00:00:00");
-  EXPECT_EQ(Checks<Ch>::date_time(bad.c_str(), good.c_str(), good.c_str(), 1), -1);
-  EXPECT_EQ(Checks<Ch>::date_time(good.c_str(), bad.c_str(), good.c_str(), 1), -1);
 }
 
 TYPED_TEST(RangeText, CurrentFormsReadTheClockInUtc) {
   using Ch = TypeParam;
-  const auto wide_start = text<Ch>("1700-01-01"), wide_end = text<Ch>("30000-12-31");
-  const auto past_end = text<Ch>("1700-01-02"), bad = text<Ch>("2024-02-30");
-  EXPECT_EQ(Checks<Ch>::current_date(wide_start.c_str(), wide_end.c_str(), 1), 1);
-  EXPECT_EQ(Checks<Ch>::current_date(wide_start.c_str(), past_end.c_str(), 0), 0);
-  EXPECT_EQ(Checks<Ch>::current_date(bad.c_str(), wide_end.c_str(), 1), -1);
-  const auto from = text<Ch>("1700-01-01T00:00:00"), to = text<Ch>("30000-12-31T00:00:00");
-  EXPECT_EQ(Checks<Ch>::current_date_time(from.c_str(), to.c_str(), 0), 1);
-  EXPECT_EQ(Checks<Ch>::current_date_time(to.c_str(), from.c_str(), 1), 0);
-  EXPECT_EQ(Checks<Ch>::current_date_time(from.c_str(), bad.c_str(), 1), -1);
+  const auto date = [](const char* s, const char* e, int32_t inclusive) {
+    return Twin<Ch>::CheckStringCurrentDate(text<Ch>(s).c_str(), text<Ch>(e).c_str(), inclusive);
+  };
+  const auto date_time = [](const char* s, const char* e, int32_t inclusive) {
+    return Twin<Ch>::CheckStringCurrentDateTime(text<Ch>(s).c_str(), text<Ch>(e).c_str(),
+                                                inclusive);
+  };
+  EXPECT_EQ(date("1700-01-01", "30000-12-31", 1), 1);
+  EXPECT_EQ(date("1700-01-01", "1700-01-02", 0), 0);
+  EXPECT_EQ(date("2024-02-30", "30000-12-31", 1), -1);
+  EXPECT_EQ(date_time("1700-01-01T00:00:00", "30000-12-31T00:00:00", 0), 1);
+  EXPECT_EQ(date_time("30000-12-31T00:00:00", "1700-01-01T00:00:00", 1), 0);
+  EXPECT_EQ(date_time("1700-01-01T00:00:00", "2024-02-30", 1), -1);
 }
 
 // The narrow forms widen each text into a heap block first; when a block
 // cannot be had the answer is -1 and nothing leaks.
 TEST(RangeText, NarrowFormsGiveMinusOneWhenAWideBlockFails) {
-  for (long nth = 1; nth <= 3; ++nth) {
-    kz::alloc_faults::arm(nth, false);
-    EXPECT_EQ(KZ_CheckStringDateA("2024-01-01", "2024-01-31", "2024-01-15", 1), -1) << nth;
-    kz::alloc_faults::arm(nth, false);
-    EXPECT_EQ(KZ_CheckStringDateTimeA("2024-01-01T00:00:00", "2024-01-31T00:00:00",
-                                      "2024-01-15T00:00:00", 1),
-              -1)
-        << nth;
-    kz::alloc_faults::disarm();
+  const struct {
+    long blocks;
+    std::function<int32_t()> check;
+  } forms[] = {
+      {3, [] { return KZ_CheckStringDateA("2024-01-01", "2024-01-31", "2024-01-15", 1); }},
+      {3,
+       [] {
+         return KZ_CheckStringDateTimeA("2024-01-01T00:00:00", "2024-01-31T00:00:00",
+                                        "2024-01-15T00:00:00", 1);
+       }},
+      {2, [] { return KZ_CheckStringCurrentDateA("1700-01-01", "30000-12-31", 1); }},
+      {2,
+       [] {
+         return KZ_CheckStringCurrentDateTimeA("1700-01-01T00:00:00", "30000-12-31T00:00:00", 1);
+       }},
+  };
+  for (const auto& form : forms) {
+    for (long nth = 1; nth <= form.blocks; ++nth) {
+      kz::alloc_faults::arm(nth, false);
+      EXPECT_EQ(form.check(), -1) << nth;
+      kz::alloc_faults::disarm();
+    }
+    // Every later failure (inside the readers' splits) gives a whole answer too.
+    for_each_allocation_failure([&] {
+      const int32_t result = form.check();
+      EXPECT_TRUE(result == 1 || result == -1) << result;
+    });
   }
-  for (long nth = 1; nth <= 2; ++nth) {
-    kz::alloc_faults::arm(nth, false);
-    EXPECT_EQ(KZ_CheckStringCurrentDateA("1700-01-01", "30000-12-31", 1), -1) << nth;
-    kz::alloc_faults::arm(nth, false);
-    EXPECT_EQ(KZ_CheckStringCurrentDateTimeA("1700-01-01T00:00:00", "30000-12-31T00:00:00", 1), -1)
-        << nth;
-    kz::alloc_faults::disarm();
-  }
-  // Every later failure (inside the readers' splits) gives a whole answer too.
-  kz::test::for_each_allocation_failure([] {
-    const int32_t result = KZ_CheckStringDateA("2024-01-01", "2024-01-31", "2024-01-15", 1);
-    EXPECT_TRUE(result == 1 || result == -1) << result;
-  });
 }
 
 }  // namespace

@@ -9,30 +9,33 @@ namespace {
 
 using namespace kz::test;
 
-TEST(Itow, WritesLowerCaseDigitsOfAnyRadix) {
+TEST(Itow, WritesLowerCaseDigitsOfAnyRadixOrLeavesTheBufferEmpty) {
   struct Case {
     int value, radix;
-    const char* expected;
+    std::size_t size;
+    const char* expected;  // null: too small a buffer
   } cases[] = {
-      {0, 36, "0"},    {35, 36, "z"},  {36, 36, "10"},       {65535, 36, "1ekf"},
-      {255, 16, "ff"}, {-5, 10, "-5"}, {-1, 16, "ffffffff"}, {INT_MIN, 10, "-2147483648"},
-      {5, 2, "101"},
+      {0, 36, 16, "0"},
+      {35, 36, 16, "z"},
+      {36, 36, 16, "10"},
+      {255, 16, 16, "ff"},
+      {-5, 10, 16, "-5"},
+      {-1, 16, 16, "ffffffff"},
+      {5, 2, 16, "101"},
+      {INT_MIN, 10, 16, "-2147483648"},
+      // "1ekf" needs 5 units.
+      {65535, 36, 6, "1ekf"},
+      {65535, 36, 5, "1ekf"},
+      {65535, 36, 4, nullptr},
+      {65535, 36, 1, nullptr},
   };
   for (const auto& c : cases) {
-    auto buffer = sentinel_buffer<wchar>(16);
-    EXPECT_EQ(kz::os::_itow_s(c.value, buffer.data(), 16, c.radix), 0);
-    EXPECT_EQ(wstring(buffer.data()), text<wchar>(c.expected)) << c.value;
-  }
-}
-
-TEST(Itow, TooSmallABufferIsLeftEmpty) {
-  // "1ekf" needs 5 units.
-  for (std::size_t size : {5u, 4u, 1u}) {
-    auto buffer = sentinel_buffer<wchar>(6);
-    const auto result = kz::os::_itow_s(65535, buffer.data(), size, 36);
-    EXPECT_EQ(result, size >= 5 ? 0 : kz::os::kERANGE) << size;
-    EXPECT_EQ(wstring(buffer.data()), size >= 5 ? text<wchar>("1ekf") : wstring()) << size;
-    EXPECT_EQ(buffer[size], wchar{0x7B});
+    auto buffer = sentinel_buffer<wchar>(17);
+    EXPECT_EQ(kz::os::_itow_s(c.value, buffer.data(), c.size, c.radix),
+              c.expected ? 0 : kz::os::kERANGE)
+        << c.value << " size " << c.size;
+    EXPECT_EQ(str(buffer), text<wchar>(c.expected ? c.expected : "")) << c.value;
+    EXPECT_TRUE(untouched_from(buffer, c.size)) << c.value << " size " << c.size;
   }
   EXPECT_EQ(kz::os::_itow_s(1, nullptr, 4, 36), kz::os::kEINVAL);
   wchar buffer[4];

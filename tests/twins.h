@@ -1,0 +1,68 @@
+// The exports that come as twins, by element type, so one typed test runs
+// a table of cases through both: Twin<Ch>::StringSplit is KZ_StringSplitA
+// for char and KZ_StringSplitW for the wide type.
+#pragma once
+
+#include "support.h"
+
+namespace kz::test {
+
+template <class Ch>
+struct Twin;
+
+#define KZ_TWIN(name, suffix)          \
+  template <class... Args>             \
+  static auto name(Args... args) {     \
+    return KZ_##name##suffix(args...); \
+  }
+
+#define KZ_TWINS(suffix)                  \
+  KZ_TWIN(StringCopyEx, suffix)           \
+  KZ_TWIN(StringCopyExAfter, suffix)      \
+  KZ_TWIN(GetCodeCount, suffix)           \
+  KZ_TWIN(GetCodeLength, suffix)          \
+  KZ_TWIN(StringSplit, suffix)            \
+  KZ_TWIN(StringCSV, suffix)              \
+  KZ_TWIN(DeleteStrList, suffix)          \
+  KZ_TWIN(StringTrimLeft, suffix)         \
+  KZ_TWIN(StringTrimRight, suffix)        \
+  KZ_TWIN(StringTrim, suffix)             \
+  KZ_TWIN(StringZeroSuppress, suffix)     \
+  KZ_TWIN(StringLengthCopy, suffix)       \
+  KZ_TWIN(StringGetQuoted, suffix)        \
+  KZ_TWIN(SetDoublequote, suffix)         \
+  KZ_TWIN(DelDoublequote, suffix)         \
+  KZ_TWIN(StringPassword, suffix)         \
+  KZ_TWIN(QueryDayOfWeek, suffix)         \
+  KZ_TWIN(MonthToNumeric, suffix)         \
+  KZ_TWIN(MonthToString, suffix)          \
+  KZ_TWIN(DateString, suffix)             \
+  KZ_TWIN(TimeString, suffix)             \
+  KZ_TWIN(SystemTimeString, suffix)       \
+  KZ_TWIN(FileTimeString, suffix)         \
+  KZ_TWIN(CurrentDateString, suffix)      \
+  KZ_TWIN(CurrentTimeString, suffix)      \
+  KZ_TWIN(CurrentDateTimeString, suffix)  \
+  KZ_TWIN(StringDate, suffix)             \
+  KZ_TWIN(StringTime, suffix)             \
+  KZ_TWIN(StringDateTime, suffix)         \
+  KZ_TWIN(StringFileTime, suffix)         \
+  KZ_TWIN(CheckStringDate, suffix)        \
+  KZ_TWIN(CheckStringDateTime, suffix)    \
+  KZ_TWIN(CheckStringCurrentDate, suffix) \
+  KZ_TWIN(CheckStringCurrentDateTime, suffix)
+
+template <>
+struct Twin<char> {
+  KZ_TWINS(A)
+};
+
+template <>
+struct Twin<wchar> {
+  KZ_TWINS(W)
+};
+
+#undef KZ_TWINS
+#undef KZ_TWIN
+
+}  // namespace kz::test

@@ -67,13 +67,12 @@ constexpr DecodeByWord kDecodeByWord = make_decode_by_word();
 
 #if defined(__SSE2__)
 // Bit k set where byte k of the Width at p has its high bit, or is a lead
-// byte (Width is 8, 16 or 64).
+// byte (Width is 16 or 64).
 template <int Width>
 std::uint64_t byte_mask(const unsigned char* p, bool leads) {
   std::uint64_t mask = 0;
-  for (int part = 0; part < (Width + 15) / 16; ++part) {
-    __m128i bytes = Width == 8 ? _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))
-                               : _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
+  for (int part = 0; part < Width / 16; ++part) {
+    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
     if (leads) {
       // 0x81-0x9F and 0xE0-0xFC become 0xA1-0xDC by flipping bit 5; that
       // range, moved to start at -128, is what lies below -128 + 0x3C.
@@ -85,45 +84,33 @@ std::uint64_t byte_mask(const unsigned char* p, bool leads) {
     mask |= static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(bytes)))
             << (16 * part);
   }
-  return Width == 8 ? mask & 0xFF : mask;
+  return mask;
 }
 
 // Widens Width ASCII bytes to units.
 template <int Width>
 void widen_ascii(const unsigned char* src, char16_t* dst) {
   const __m128i zero = _mm_setzero_si128();
-  if constexpr (Width == 8) {
-    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(src));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), _mm_unpacklo_epi8(bytes, zero));
-  } else {
-    for (int part = 0; part < Width / 16; ++part) {
-      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + 16 * part));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part), _mm_unpacklo_epi8(bytes, zero));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part + 8),
-                       _mm_unpackhi_epi8(bytes, zero));
-    }
+  for (int part = 0; part < Width / 16; ++part) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + 16 * part));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part), _mm_unpacklo_epi8(bytes, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part + 8),
+                     _mm_unpackhi_epi8(bytes, zero));
   }
 }
 
-// The trail positions among Width bytes whose lead bytes are `leads`: in a
+// The trail positions among 64 bytes whose lead bytes are `leads`: in a
 // run of lead bytes every other one is a trail, counted from the run's
 // start. (The same carry trick finds escaped characters after runs of
 // backslashes.) last_is_pair tells whether the last byte is a lead byte
 // that takes the byte behind the block.
-template <int Width>
 std::uint64_t trail_positions(std::uint64_t leads, bool& last_is_pair) {
   constexpr std::uint64_t even = 0x5555555555555555ULL;
-  constexpr std::uint64_t all = Width == 64 ? ~0ULL : (1ULL << Width) - 1;
   const std::uint64_t follows_lead = leads << 1;
   const std::uint64_t odd_starts = leads & ~even & ~follows_lead;
   std::uint64_t sum = 0;
-  if constexpr (Width == 64) {
-    last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
-  } else {
-    sum = odd_starts + leads;
-    last_is_pair = (sum >> Width) & 1;
-  }
-  return (even ^ (sum << 1)) & follows_lead & all;
+  last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
+  return (even ^ (sum << 1)) & follows_lead;
 }
 
 // The unit of the character that starts at p.
@@ -133,23 +120,22 @@ inline char16_t unit_at(const unsigned char* p) {
   return kDecodeByWord.units[word];
 }
 
-// Decodes blocks of Width bytes from in while they lie before `nonzero`,
+// Decodes blocks of 64 bytes from in while they lie before `nonzero`,
 // the text's terminator, and fit in the destination: an ASCII block is
 // widened, any other is cut into characters by bit masks and each
 // character looked up where it starts. The byte behind a block is readable
 // (at worst the terminator), which a pair at the block's end needs.
 //
-// The 64-byte blocks look characters up in groups of eight, so that the
+// The blocks look characters up in groups of eight, so that the
 // loop's length varies little and its end is predicted; a group's spare
 // lookups write up to seven junk units behind the block's characters. Those
 // blocks keep 16 bytes of text behind them, at least eight more units, and
 // room for them, so that later units always overwrite the junk.
-template <int Width, bool Checked>
+template <bool Checked>
 void decode_blocks(const unsigned char* src, std::size_t& in, std::size_t nonzero, char16_t* dst,
                    std::size_t& out, std::size_t capacity) {
-  constexpr bool grouped = Width == 64;
-  constexpr std::size_t text_after = grouped ? 16 : 0, room_after = grouped ? 8 : 0;
-  constexpr std::uint64_t all = Width == 64 ? ~0ULL : (1ULL << Width) - 1;
+  constexpr int Width = 64;
+  constexpr std::size_t text_after = 16, room_after = 8;
   while (in + Width + text_after <= nonzero && (!Checked || out + Width + room_after <= capacity)) {
     const unsigned char* block = src + in;
     if (byte_mask<Width>(block, false) == 0) {
@@ -159,21 +145,15 @@ void decode_blocks(const unsigned char* src, std::size_t& in, std::size_t nonzer
       continue;
     }
     bool last_is_pair = false;
-    std::uint64_t starts =
-        ~trail_positions<Width>(byte_mask<Width>(block, true), last_is_pair) & all;
-    if constexpr (grouped) {
-      const auto count = static_cast<unsigned>(__builtin_popcountll(starts));
-      for (unsigned done = 0; done < count; done += 8)
-        for (unsigned k = 0; k < 8; ++k) {
-          // Past the last start this looks up the block's last byte.
-          dst[out + done + k] = unit_at(block + __builtin_ctzll(starts | 1ULL << 63));
-          starts &= starts - 1;
-        }
-      out += count;
-    } else {
-      for (; starts != 0; starts &= starts - 1)
-        dst[out++] = unit_at(block + __builtin_ctzll(starts));
-    }
+    std::uint64_t starts = ~trail_positions(byte_mask<Width>(block, true), last_is_pair);
+    const auto count = static_cast<unsigned>(__builtin_popcountll(starts));
+    for (unsigned done = 0; done < count; done += 8)
+      for (unsigned k = 0; k < 8; ++k) {
+        // Past the last start this looks up the block's last byte.
+        dst[out + done + k] = unit_at(block + __builtin_ctzll(starts | 1ULL << 63));
+        starts &= starts - 1;
+      }
+    out += count;
     // A lead byte before the terminator stands alone.
     in += Width + (last_is_pair && block[Width] != 0 ? 1 : 0);
   }
@@ -189,7 +169,7 @@ long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzer
                 std::size_t capacity) {
   std::size_t in = 0, out = 0;
 #if defined(__SSE2__)
-  decode_blocks<64, Checked>(src, in, nonzero, dst, out, capacity);
+  decode_blocks<Checked>(src, in, nonzero, dst, out, capacity);
 #else
   (void)nonzero;
 #endif

@@ -84,7 +84,7 @@ extern "C" {
  * An empty list has count 0 and a null array. */
 typedef struct StrList {
   int32_t count;
-  void **strings;
+  void** strings;
 } StrList;
 
 typedef struct DateRecord {
@@ -132,15 +132,15 @@ typedef struct StatusFileHandle StatusFileHandle;
  * Result: -1 for an empty source, otherwise the platform conversion's count
  * (terminator included) plus 1: "abc" gives 5, a failed conversion 1. A
  * size of 0 asks for the needed size (plus 1) and writes nothing. */
-KZ_API int32_t KZ_IsSJisMultiByteChar(const char *p);
-KZ_API int32_t KZ_SJIS2UNICODE(const char *src, KZ_WCHAR *dst, int32_t size);
-KZ_API int32_t KZ_UNICODE2SJIS(const KZ_WCHAR *src, char *dst, int32_t size);
+KZ_API int32_t KZ_IsSJisMultiByteChar(const char* p);
+KZ_API int32_t KZ_SJIS2UNICODE(const char* src, KZ_WCHAR* dst, int32_t size);
+KZ_API int32_t KZ_UNICODE2SJIS(const KZ_WCHAR* src, char* dst, int32_t size);
 
 /* ---- String lists -----------------------------------------------------
  * Free every string and the array, and leave the list empty. Safe on an
  * empty list; never on a record that no operation filled. */
-KZ_API void KZ_DeleteStrListW(StrList *list);
-KZ_API void KZ_DeleteStrListA(StrList *list);
+KZ_API void KZ_DeleteStrListW(StrList* list);
+KZ_API void KZ_DeleteStrListA(StrList* list);
 
 /* ---- Delimited scanning and copying -----------------------------------
  * KZ_StringCopyEx: copy src up to the delimiter into dst, scanning at most
@@ -154,18 +154,18 @@ KZ_API void KZ_DeleteStrListA(StrList *list);
  * KZ_GetCodeCount: how often code stands in text (the A form skips bytes in
  * lead position). KZ_GetCodeLength: index of the first code, else the
  * length of text. */
-KZ_API int32_t KZ_StringCopyExW(KZ_WCHAR *dst, const KZ_WCHAR *src, KZ_WCHAR delimiter,
+KZ_API int32_t KZ_StringCopyExW(KZ_WCHAR* dst, const KZ_WCHAR* src, KZ_WCHAR delimiter,
                                 int32_t limit, int32_t quotes);
-KZ_API int32_t KZ_StringCopyExA(char *dst, const char *src, char delimiter, int32_t limit,
+KZ_API int32_t KZ_StringCopyExA(char* dst, const char* src, char delimiter, int32_t limit,
                                 int32_t quotes);
-KZ_API int32_t KZ_StringCopyExAfterW(KZ_WCHAR *dst, const KZ_WCHAR *src, KZ_WCHAR delimiter,
+KZ_API int32_t KZ_StringCopyExAfterW(KZ_WCHAR* dst, const KZ_WCHAR* src, KZ_WCHAR delimiter,
                                      int32_t limit, int32_t quotes);
-KZ_API int32_t KZ_StringCopyExAfterA(char *dst, const char *src, char delimiter, int32_t limit,
+KZ_API int32_t KZ_StringCopyExAfterA(char* dst, const char* src, char delimiter, int32_t limit,
                                      int32_t quotes);
-KZ_API int32_t KZ_GetCodeCountW(const KZ_WCHAR *text, KZ_WCHAR code);
-KZ_API int32_t KZ_GetCodeCountA(const char *text, char code);
-KZ_API int32_t KZ_GetCodeLengthW(const KZ_WCHAR *text, KZ_WCHAR code);
-KZ_API int32_t KZ_GetCodeLengthA(const char *text, char code);
+KZ_API int32_t KZ_GetCodeCountW(const KZ_WCHAR* text, KZ_WCHAR code);
+KZ_API int32_t KZ_GetCodeCountA(const char* text, char code);
+KZ_API int32_t KZ_GetCodeLengthW(const KZ_WCHAR* text, KZ_WCHAR code);
+KZ_API int32_t KZ_GetCodeLengthA(const char* text, char code);
 
 /* ---- String splitting -------------------------------------------------
  * Cut text at the delimiter into list (one owned string per field; the
@@ -175,11 +175,11 @@ KZ_API int32_t KZ_GetCodeLengthA(const char *text, char code);
  * text's first element: texts that are neither all plain nor all quoted
  * give entries that begin too early or late, and a field that would begin
  * behind the end of the text is an empty entry. */
-KZ_API int32_t KZ_StringSplitW(const KZ_WCHAR *text, KZ_WCHAR delimiter, StrList *list,
+KZ_API int32_t KZ_StringSplitW(const KZ_WCHAR* text, KZ_WCHAR delimiter, StrList* list,
                                int32_t quotes);
-KZ_API int32_t KZ_StringSplitA(const char *text, char delimiter, StrList *list, int32_t quotes);
-KZ_API int32_t KZ_StringCSVW(const KZ_WCHAR *text, StrList *list, int32_t quotes);
-KZ_API int32_t KZ_StringCSVA(const char *text, StrList *list, int32_t quotes);
+KZ_API int32_t KZ_StringSplitA(const char* text, char delimiter, StrList* list, int32_t quotes);
+KZ_API int32_t KZ_StringCSVW(const KZ_WCHAR* text, StrList* list, int32_t quotes);
+KZ_API int32_t KZ_StringCSVA(const char* text, StrList* list, int32_t quotes);
 
 /* ---- Trimming and extraction ------------------------------------------
  * The trims drop trim elements from the left, the right or both ends of
@@ -190,86 +190,84 @@ KZ_API int32_t KZ_StringCSVA(const char *text, StrList *list, int32_t quotes);
  * into dst; refused (result 0) unless count < size.
  * KZ_StringGetQuoted extracts what stands between the first open and the
  * next close (texts of one element); result: its length, or 0. */
-KZ_API int32_t KZ_StringTrimLeftW(KZ_WCHAR *dst, const KZ_WCHAR *src, int32_t size,
-                                  KZ_WCHAR trim);
-KZ_API int32_t KZ_StringTrimLeftA(char *dst, const char *src, int32_t size, char trim);
-KZ_API int32_t KZ_StringTrimRightW(KZ_WCHAR *dst, const KZ_WCHAR *src, int32_t size,
-                                   KZ_WCHAR trim);
-KZ_API int32_t KZ_StringTrimRightA(char *dst, const char *src, int32_t size, char trim);
-KZ_API int32_t KZ_StringTrimW(KZ_WCHAR *dst, const KZ_WCHAR *src, int32_t size, KZ_WCHAR trim);
-KZ_API int32_t KZ_StringTrimA(char *dst, const char *src, int32_t size, char trim);
-KZ_API int32_t KZ_StringZeroSuppressW(KZ_WCHAR *dst, const KZ_WCHAR *src, int32_t size);
-KZ_API int32_t KZ_StringZeroSuppressA(char *dst, const char *src, int32_t size);
-KZ_API int32_t KZ_StringLengthCopyW(const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t count,
+KZ_API int32_t KZ_StringTrimLeftW(KZ_WCHAR* dst, const KZ_WCHAR* src, int32_t size, KZ_WCHAR trim);
+KZ_API int32_t KZ_StringTrimLeftA(char* dst, const char* src, int32_t size, char trim);
+KZ_API int32_t KZ_StringTrimRightW(KZ_WCHAR* dst, const KZ_WCHAR* src, int32_t size, KZ_WCHAR trim);
+KZ_API int32_t KZ_StringTrimRightA(char* dst, const char* src, int32_t size, char trim);
+KZ_API int32_t KZ_StringTrimW(KZ_WCHAR* dst, const KZ_WCHAR* src, int32_t size, KZ_WCHAR trim);
+KZ_API int32_t KZ_StringTrimA(char* dst, const char* src, int32_t size, char trim);
+KZ_API int32_t KZ_StringZeroSuppressW(KZ_WCHAR* dst, const KZ_WCHAR* src, int32_t size);
+KZ_API int32_t KZ_StringZeroSuppressA(char* dst, const char* src, int32_t size);
+KZ_API int32_t KZ_StringLengthCopyW(const KZ_WCHAR* src, KZ_WCHAR* dst, int32_t count,
                                     int32_t size);
-KZ_API int32_t KZ_StringLengthCopyA(const char *src, char *dst, int32_t count, int32_t size);
-KZ_API int32_t KZ_StringGetQuotedW(const KZ_WCHAR *text, KZ_WCHAR *out, int32_t size,
-                                   const KZ_WCHAR *open, const KZ_WCHAR *close);
-KZ_API int32_t KZ_StringGetQuotedA(const char *text, char *out, int32_t size, const char *open,
-                                   const char *close);
+KZ_API int32_t KZ_StringLengthCopyA(const char* src, char* dst, int32_t count, int32_t size);
+KZ_API int32_t KZ_StringGetQuotedW(const KZ_WCHAR* text, KZ_WCHAR* out, int32_t size,
+                                   const KZ_WCHAR* open, const KZ_WCHAR* close);
+KZ_API int32_t KZ_StringGetQuotedA(const char* text, char* out, int32_t size, const char* open,
+                                   const char* close);
 
 /* ---- Double-quote handling --------------------------------------------
  * A text with a double quote anywhere counts as quoted. Set adds quotes to
  * an unquoted text; Del drops the first and last element of a quoted one.
  * src and dst may be the same buffer; both must fit size elements, else
  * dst becomes the empty text (so it does when no working memory is had). */
-KZ_API void KZ_SetDoublequoteW(const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size);
-KZ_API void KZ_SetDoublequoteA(const char *src, char *dst, int32_t size);
-KZ_API void KZ_DelDoublequoteW(const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size);
-KZ_API void KZ_DelDoublequoteA(const char *src, char *dst, int32_t size);
+KZ_API void KZ_SetDoublequoteW(const KZ_WCHAR* src, KZ_WCHAR* dst, int32_t size);
+KZ_API void KZ_SetDoublequoteA(const char* src, char* dst, int32_t size);
+KZ_API void KZ_DelDoublequoteW(const KZ_WCHAR* src, KZ_WCHAR* dst, int32_t size);
+KZ_API void KZ_DelDoublequoteA(const char* src, char* dst, int32_t size);
 
 /* ---- Password text ----------------------------------------------------
  * mask on: every 16-bit unit XOR key becomes four base-36 digits.
  * mask off: the reverse. Result: length of the (wide) result, or -1 when
  * it does not fit size (the W form then leaves dst empty, the A form
  * untouched; the A form also gives -1 when it has no working memory). */
-KZ_API int32_t KZ_StringPasswordW(uint16_t key, const KZ_WCHAR *src, KZ_WCHAR *dst, int32_t size,
+KZ_API int32_t KZ_StringPasswordW(uint16_t key, const KZ_WCHAR* src, KZ_WCHAR* dst, int32_t size,
                                   int32_t mask);
-KZ_API int32_t KZ_StringPasswordA(uint16_t key, const char *src, char *dst, int32_t size,
+KZ_API int32_t KZ_StringPasswordA(uint16_t key, const char* src, char* dst, int32_t size,
                                   int32_t mask);
 
 /* ---- Digit grouping and coinage text ---------------------------------- */
-KZ_API int32_t KZ_IsNumericW(const KZ_WCHAR *text);
-KZ_API int32_t KZ_IsNumericA(const char *text);
-KZ_API int32_t KZ_StringSetDelimiterW(const KZ_WCHAR *source, KZ_WCHAR *destination,
-                                      int32_t size, KZ_WCHAR delimiter, int32_t group);
-KZ_API int32_t KZ_StringSetDelimiterA(const char *source, char *destination, int32_t size,
+KZ_API int32_t KZ_IsNumericW(const KZ_WCHAR* text);
+KZ_API int32_t KZ_IsNumericA(const char* text);
+KZ_API int32_t KZ_StringSetDelimiterW(const KZ_WCHAR* source, KZ_WCHAR* destination, int32_t size,
+                                      KZ_WCHAR delimiter, int32_t group);
+KZ_API int32_t KZ_StringSetDelimiterA(const char* source, char* destination, int32_t size,
                                       char delimiter, int32_t group);
-KZ_API int32_t KZ_StringCoinageIntW(const KZ_WCHAR *text);
-KZ_API int32_t KZ_StringCoinageIntA(const char *text);
-KZ_API uint32_t KZ_StringCoinageDWordW(const KZ_WCHAR *text);
-KZ_API uint32_t KZ_StringCoinageDWordA(const char *text);
-KZ_API int64_t KZ_StringCoinageLongLongW(const KZ_WCHAR *text);
-KZ_API int64_t KZ_StringCoinageLongLongA(const char *text);
-KZ_API uint64_t KZ_StringCoinageULongLongW(const KZ_WCHAR *text);
-KZ_API uint64_t KZ_StringCoinageULongLongA(const char *text);
-KZ_API int32_t KZ_CoinageStringIntW(int32_t value, KZ_WCHAR *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringIntA(int32_t value, char *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringDWordW(uint32_t value, KZ_WCHAR *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringDWordA(uint32_t value, char *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringLongLongW(int64_t value, KZ_WCHAR *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringLongLongA(int64_t value, char *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringULongLongW(uint64_t value, KZ_WCHAR *destination, int32_t size);
-KZ_API int32_t KZ_CoinageStringULongLongA(uint64_t value, char *destination, int32_t size);
+KZ_API int32_t KZ_StringCoinageIntW(const KZ_WCHAR* text);
+KZ_API int32_t KZ_StringCoinageIntA(const char* text);
+KZ_API uint32_t KZ_StringCoinageDWordW(const KZ_WCHAR* text);
+KZ_API uint32_t KZ_StringCoinageDWordA(const char* text);
+KZ_API int64_t KZ_StringCoinageLongLongW(const KZ_WCHAR* text);
+KZ_API int64_t KZ_StringCoinageLongLongA(const char* text);
+KZ_API uint64_t KZ_StringCoinageULongLongW(const KZ_WCHAR* text);
+KZ_API uint64_t KZ_StringCoinageULongLongA(const char* text);
+KZ_API int32_t KZ_CoinageStringIntW(int32_t value, KZ_WCHAR* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringIntA(int32_t value, char* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringDWordW(uint32_t value, KZ_WCHAR* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringDWordA(uint32_t value, char* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringLongLongW(int64_t value, KZ_WCHAR* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringLongLongA(int64_t value, char* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringULongLongW(uint64_t value, KZ_WCHAR* destination, int32_t size);
+KZ_API int32_t KZ_CoinageStringULongLongA(uint64_t value, char* destination, int32_t size);
 
 /* ---- Hexadecimal text and byte swapping ------------------------------- */
-KZ_API int32_t KZ_StringHexW(const KZ_WCHAR *text, int32_t *valid);
-KZ_API int32_t KZ_StringHexA(const char *text, int32_t *valid);
-KZ_API int32_t KZ_HexStringW(uint32_t value, KZ_WCHAR *destination, int32_t width, int32_t style);
-KZ_API int32_t KZ_HexStringA(uint32_t value, char *destination, int32_t width, int32_t style);
+KZ_API int32_t KZ_StringHexW(const KZ_WCHAR* text, int32_t* valid);
+KZ_API int32_t KZ_StringHexA(const char* text, int32_t* valid);
+KZ_API int32_t KZ_HexStringW(uint32_t value, KZ_WCHAR* destination, int32_t width, int32_t style);
+KZ_API int32_t KZ_HexStringA(uint32_t value, char* destination, int32_t width, int32_t style);
 KZ_API uint16_t KZ_XChgWord(uint16_t value);
 KZ_API uint32_t KZ_XChgDWord(uint32_t value);
 
 /* ---- Point and rectangle text -----------------------------------------
  * Writers need 25 elements for a point and 51 for a rectangle. */
-KZ_API int32_t KZ_StringPointW(const KZ_WCHAR *text, PointRecord *point, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_StringPointA(const char *text, PointRecord *point, char delimiter);
-KZ_API int32_t KZ_StringRectW(const KZ_WCHAR *text, RectRecord *rect, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_StringRectA(const char *text, RectRecord *rect, char delimiter);
-KZ_API void KZ_PointStringW(const PointRecord *point, KZ_WCHAR *destination, KZ_WCHAR delimiter);
-KZ_API void KZ_PointStringA(const PointRecord *point, char *destination, char delimiter);
-KZ_API void KZ_RectStringW(const RectRecord *rect, KZ_WCHAR *destination, KZ_WCHAR delimiter);
-KZ_API void KZ_RectStringA(const RectRecord *rect, char *destination, char delimiter);
+KZ_API int32_t KZ_StringPointW(const KZ_WCHAR* text, PointRecord* point, KZ_WCHAR delimiter);
+KZ_API int32_t KZ_StringPointA(const char* text, PointRecord* point, char delimiter);
+KZ_API int32_t KZ_StringRectW(const KZ_WCHAR* text, RectRecord* rect, KZ_WCHAR delimiter);
+KZ_API int32_t KZ_StringRectA(const char* text, RectRecord* rect, char delimiter);
+KZ_API void KZ_PointStringW(const PointRecord* point, KZ_WCHAR* destination, KZ_WCHAR delimiter);
+KZ_API void KZ_PointStringA(const PointRecord* point, char* destination, char delimiter);
+KZ_API void KZ_RectStringW(const RectRecord* rect, KZ_WCHAR* destination, KZ_WCHAR delimiter);
+KZ_API void KZ_RectStringA(const RectRecord* rect, char* destination, char delimiter);
 
 /* ---- Calendar queries, names and time arithmetic ----------------------
  * KZ_QueryDays: days of the month by a table whose leap year is every
@@ -278,16 +276,16 @@ KZ_API void KZ_RectStringA(const RectRecord *rect, char *destination, char delim
  * elements. KZ_MonthToString needs 4 elements. The arithmetic adds or
  * subtracts milliseconds and refills every field of the record. */
 KZ_API int32_t KZ_QueryDays(uint16_t year, uint16_t month);
-KZ_API int32_t KZ_QueryDayOfWeekW(const DateRecord *date, uint16_t *day_of_week,
-                                  KZ_WCHAR *english, KZ_WCHAR *japanese);
-KZ_API int32_t KZ_QueryDayOfWeekA(const DateRecord *date, uint16_t *day_of_week, char *english,
-                                  char *japanese);
-KZ_API int32_t KZ_AddSystemTime(SYSTEMTIME *time, uint32_t milliseconds);
-KZ_API int32_t KZ_SubSystemTime(SYSTEMTIME *time, uint32_t milliseconds);
-KZ_API int32_t KZ_MonthToNumericW(const KZ_WCHAR *name);
-KZ_API int32_t KZ_MonthToNumericA(const char *name);
-KZ_API int32_t KZ_MonthToStringW(int32_t month, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_MonthToStringA(int32_t month, char *out, int32_t size);
+KZ_API int32_t KZ_QueryDayOfWeekW(const DateRecord* date, uint16_t* day_of_week, KZ_WCHAR* english,
+                                  KZ_WCHAR* japanese);
+KZ_API int32_t KZ_QueryDayOfWeekA(const DateRecord* date, uint16_t* day_of_week, char* english,
+                                  char* japanese);
+KZ_API int32_t KZ_AddSystemTime(SYSTEMTIME* time, uint32_t milliseconds);
+KZ_API int32_t KZ_SubSystemTime(SYSTEMTIME* time, uint32_t milliseconds);
+KZ_API int32_t KZ_MonthToNumericW(const KZ_WCHAR* name);
+KZ_API int32_t KZ_MonthToNumericA(const char* name);
+KZ_API int32_t KZ_MonthToStringW(int32_t month, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_MonthToStringA(int32_t month, char* out, int32_t size);
 
 /* ---- Date and time to text --------------------------------------------
  * Layouts: date "YYYY?MM?DD" (11 elements), time "hh:mm:ss" (9),
@@ -295,159 +293,157 @@ KZ_API int32_t KZ_MonthToStringA(int32_t month, char *out, int32_t size);
  * the layout are written in full (at most 18, 18, 36 and 42 elements).
  * Result: elements written, terminator not counted; KZ_FileTimeString
  * gives 0 when the moment cannot be converted and writes nothing. */
-KZ_API int32_t KZ_DateStringW(const DateRecord *date, KZ_WCHAR *out, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_DateStringA(const DateRecord *date, char *out, char delimiter);
-KZ_API int32_t KZ_CurrentDateStringW(KZ_WCHAR *out, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_CurrentDateStringA(char *out, char delimiter);
-KZ_API int32_t KZ_TimeStringW(const TimeRecord *time, KZ_WCHAR *out);
-KZ_API int32_t KZ_TimeStringA(const TimeRecord *time, char *out);
-KZ_API int32_t KZ_CurrentTimeStringW(KZ_WCHAR *out);
-KZ_API int32_t KZ_CurrentTimeStringA(char *out);
-KZ_API int32_t KZ_SystemTimeStringW(const SYSTEMTIME *time, KZ_WCHAR *out, int32_t milliseconds,
+KZ_API int32_t KZ_DateStringW(const DateRecord* date, KZ_WCHAR* out, KZ_WCHAR delimiter);
+KZ_API int32_t KZ_DateStringA(const DateRecord* date, char* out, char delimiter);
+KZ_API int32_t KZ_CurrentDateStringW(KZ_WCHAR* out, KZ_WCHAR delimiter);
+KZ_API int32_t KZ_CurrentDateStringA(char* out, char delimiter);
+KZ_API int32_t KZ_TimeStringW(const TimeRecord* time, KZ_WCHAR* out);
+KZ_API int32_t KZ_TimeStringA(const TimeRecord* time, char* out);
+KZ_API int32_t KZ_CurrentTimeStringW(KZ_WCHAR* out);
+KZ_API int32_t KZ_CurrentTimeStringA(char* out);
+KZ_API int32_t KZ_SystemTimeStringW(const SYSTEMTIME* time, KZ_WCHAR* out, int32_t milliseconds,
                                     KZ_WCHAR delimiter, KZ_WCHAR separator);
-KZ_API int32_t KZ_SystemTimeStringA(const SYSTEMTIME *time, char *out, int32_t milliseconds,
+KZ_API int32_t KZ_SystemTimeStringA(const SYSTEMTIME* time, char* out, int32_t milliseconds,
                                     char delimiter, char separator);
-KZ_API int32_t KZ_CurrentDateTimeStringW(KZ_WCHAR *out, int32_t milliseconds, KZ_WCHAR delimiter,
+KZ_API int32_t KZ_CurrentDateTimeStringW(KZ_WCHAR* out, int32_t milliseconds, KZ_WCHAR delimiter,
                                          KZ_WCHAR separator);
-KZ_API int32_t KZ_CurrentDateTimeStringA(char *out, int32_t milliseconds, char delimiter,
+KZ_API int32_t KZ_CurrentDateTimeStringA(char* out, int32_t milliseconds, char delimiter,
                                          char separator);
-KZ_API int32_t KZ_FileTimeStringW(const FILETIME *time, KZ_WCHAR *out, int32_t milliseconds,
+KZ_API int32_t KZ_FileTimeStringW(const FILETIME* time, KZ_WCHAR* out, int32_t milliseconds,
                                   KZ_WCHAR delimiter, KZ_WCHAR separator);
-KZ_API int32_t KZ_FileTimeStringA(const FILETIME *time, char *out, int32_t milliseconds,
+KZ_API int32_t KZ_FileTimeStringA(const FILETIME* time, char* out, int32_t milliseconds,
                                   char delimiter, char separator);
 
 /* ---- Text to date and time --------------------------------------------
  * Tolerant readers: missing fields stay 0, surplus fields are ignored, no
  * range is tested except by KZ_StringFileTime, whose text is local time
  * and whose FILETIME is UTC. */
-KZ_API int32_t KZ_StringDateW(const KZ_WCHAR *text, DateRecord *date, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_StringDateA(const char *text, DateRecord *date, char delimiter);
-KZ_API int32_t KZ_StringTimeW(const KZ_WCHAR *text, TimeRecord *time);
-KZ_API int32_t KZ_StringTimeA(const char *text, TimeRecord *time);
-KZ_API int32_t KZ_StringDateTimeW(const KZ_WCHAR *text, DateTimeRecord *datetime,
+KZ_API int32_t KZ_StringDateW(const KZ_WCHAR* text, DateRecord* date, KZ_WCHAR delimiter);
+KZ_API int32_t KZ_StringDateA(const char* text, DateRecord* date, char delimiter);
+KZ_API int32_t KZ_StringTimeW(const KZ_WCHAR* text, TimeRecord* time);
+KZ_API int32_t KZ_StringTimeA(const char* text, TimeRecord* time);
+KZ_API int32_t KZ_StringDateTimeW(const KZ_WCHAR* text, DateTimeRecord* datetime,
                                   KZ_WCHAR delimiter, KZ_WCHAR separator);
-KZ_API int32_t KZ_StringDateTimeA(const char *text, DateTimeRecord *datetime, char delimiter,
+KZ_API int32_t KZ_StringDateTimeA(const char* text, DateTimeRecord* datetime, char delimiter,
                                   char separator);
-KZ_API int32_t KZ_StringFileTimeW(const KZ_WCHAR *text, FILETIME *time, KZ_WCHAR delimiter,
+KZ_API int32_t KZ_StringFileTimeW(const KZ_WCHAR* text, FILETIME* time, KZ_WCHAR delimiter,
                                   KZ_WCHAR separator);
-KZ_API int32_t KZ_StringFileTimeA(const char *text, FILETIME *time, char delimiter,
-                                  char separator);
+KZ_API int32_t KZ_StringFileTimeA(const char* text, FILETIME* time, char delimiter, char separator);
 
 /* ---- Date range checks -------------------------------------------------
  * Result: 1 inside, 0 outside, -1 for a point that does not convert. The
  * text forms read "YYYY-MM-DD" and "YYYY-MM-DDThh:mm:ss[.mmm]"; a date text
  * holds at most 22 characters. */
-KZ_API int32_t KZ_CheckDate(const DateRecord *start, const DateRecord *end,
-                            const DateRecord *target);
-KZ_API int32_t KZ_CheckCurrentDate(const DateRecord *start, const DateRecord *end);
-KZ_API int32_t KZ_CheckDateTime(const DateTimeRecord *start, const DateTimeRecord *end,
-                                const DateTimeRecord *target);
-KZ_API int32_t KZ_CheckCurrentDateTime(const DateTimeRecord *start, const DateTimeRecord *end);
-KZ_API int32_t KZ_CheckStringDateW(const KZ_WCHAR *start, const KZ_WCHAR *end,
-                                   const KZ_WCHAR *target, int32_t inclusive);
-KZ_API int32_t KZ_CheckStringDateA(const char *start, const char *end, const char *target,
+KZ_API int32_t KZ_CheckDate(const DateRecord* start, const DateRecord* end,
+                            const DateRecord* target);
+KZ_API int32_t KZ_CheckCurrentDate(const DateRecord* start, const DateRecord* end);
+KZ_API int32_t KZ_CheckDateTime(const DateTimeRecord* start, const DateTimeRecord* end,
+                                const DateTimeRecord* target);
+KZ_API int32_t KZ_CheckCurrentDateTime(const DateTimeRecord* start, const DateTimeRecord* end);
+KZ_API int32_t KZ_CheckStringDateW(const KZ_WCHAR* start, const KZ_WCHAR* end,
+                                   const KZ_WCHAR* target, int32_t inclusive);
+KZ_API int32_t KZ_CheckStringDateA(const char* start, const char* end, const char* target,
                                    int32_t inclusive);
-KZ_API int32_t KZ_CheckStringCurrentDateW(const KZ_WCHAR *start, const KZ_WCHAR *end,
+KZ_API int32_t KZ_CheckStringCurrentDateW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                           int32_t inclusive);
-KZ_API int32_t KZ_CheckStringCurrentDateA(const char *start, const char *end, int32_t inclusive);
-KZ_API int32_t KZ_CheckStringDateTimeW(const KZ_WCHAR *start, const KZ_WCHAR *end,
-                                       const KZ_WCHAR *target, int32_t inclusive);
-KZ_API int32_t KZ_CheckStringDateTimeA(const char *start, const char *end, const char *target,
+KZ_API int32_t KZ_CheckStringCurrentDateA(const char* start, const char* end, int32_t inclusive);
+KZ_API int32_t KZ_CheckStringDateTimeW(const KZ_WCHAR* start, const KZ_WCHAR* end,
+                                       const KZ_WCHAR* target, int32_t inclusive);
+KZ_API int32_t KZ_CheckStringDateTimeA(const char* start, const char* end, const char* target,
                                        int32_t inclusive);
-KZ_API int32_t KZ_CheckStringCurrentDateTimeW(const KZ_WCHAR *start, const KZ_WCHAR *end,
+KZ_API int32_t KZ_CheckStringCurrentDateTimeW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                               int32_t inclusive);
-KZ_API int32_t KZ_CheckStringCurrentDateTimeA(const char *start, const char *end,
+KZ_API int32_t KZ_CheckStringCurrentDateTimeA(const char* start, const char* end,
                                               int32_t inclusive);
 
 /* ---- Path dissection ----------------------------------------------------
  * Results: length of the text in out, or -1 for a null or empty path. */
-KZ_API int32_t KZ_GetDriveNumberW(const KZ_WCHAR *path);
-KZ_API int32_t KZ_GetDriveNumberA(const char *path);
-KZ_API int32_t KZ_GetDriveNameW(const KZ_WCHAR *path, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_GetDriveNameA(const char *path, char *out, int32_t size);
-KZ_API int32_t KZ_GetDirectoryNameW(const KZ_WCHAR *path, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_GetDirectoryNameA(const char *path, char *out, int32_t size);
-KZ_API int32_t KZ_GetFileNameW(const KZ_WCHAR *path, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_GetFileNameA(const char *path, char *out, int32_t size);
-KZ_API int32_t KZ_GetFileExtW(const KZ_WCHAR *path, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_GetFileExtA(const char *path, char *out, int32_t size);
-KZ_API int32_t KZ_GetNotExtPathW(const KZ_WCHAR *path, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_GetNotExtPathA(const char *path, char *out, int32_t size);
-KZ_API void KZ_SplitPathW(const KZ_WCHAR *path, KZ_WCHAR *drive, KZ_WCHAR *directory,
-                          KZ_WCHAR *name, KZ_WCHAR *extension);
-KZ_API void KZ_SplitPathA(const char *path, char *drive, char *directory, char *name,
-                          char *extension);
+KZ_API int32_t KZ_GetDriveNumberW(const KZ_WCHAR* path);
+KZ_API int32_t KZ_GetDriveNumberA(const char* path);
+KZ_API int32_t KZ_GetDriveNameW(const KZ_WCHAR* path, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_GetDriveNameA(const char* path, char* out, int32_t size);
+KZ_API int32_t KZ_GetDirectoryNameW(const KZ_WCHAR* path, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_GetDirectoryNameA(const char* path, char* out, int32_t size);
+KZ_API int32_t KZ_GetFileNameW(const KZ_WCHAR* path, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_GetFileNameA(const char* path, char* out, int32_t size);
+KZ_API int32_t KZ_GetFileExtW(const KZ_WCHAR* path, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_GetFileExtA(const char* path, char* out, int32_t size);
+KZ_API int32_t KZ_GetNotExtPathW(const KZ_WCHAR* path, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_GetNotExtPathA(const char* path, char* out, int32_t size);
+KZ_API void KZ_SplitPathW(const KZ_WCHAR* path, KZ_WCHAR* drive, KZ_WCHAR* directory,
+                          KZ_WCHAR* name, KZ_WCHAR* extension);
+KZ_API void KZ_SplitPathA(const char* path, char* drive, char* directory, char* name,
+                          char* extension);
 
 /* ---- File system queries ----------------------------------------------- */
-KZ_API int32_t KZ_CheckFileW(const KZ_WCHAR *path);
-KZ_API int32_t KZ_CheckFileA(const char *path);
-KZ_API int32_t KZ_CheckDirectoryW(const KZ_WCHAR *path);
-KZ_API int32_t KZ_CheckDirectoryA(const char *path);
-KZ_API int32_t KZ_CreateDirectoryW(const KZ_WCHAR *path);
-KZ_API int32_t KZ_CreateDirectoryA(const char *path);
-KZ_API uint32_t KZ_GetFileSizeW(const KZ_WCHAR *path, uint64_t *size);
-KZ_API uint32_t KZ_GetFileSizeA(const char *path, uint64_t *size);
-KZ_API int32_t KZ_GetFileTimeW(const KZ_WCHAR *path, FILETIME *creation, FILETIME *last_access,
-                               FILETIME *last_write);
-KZ_API int32_t KZ_GetFileTimeA(const char *path, FILETIME *creation, FILETIME *last_access,
-                               FILETIME *last_write);
+KZ_API int32_t KZ_CheckFileW(const KZ_WCHAR* path);
+KZ_API int32_t KZ_CheckFileA(const char* path);
+KZ_API int32_t KZ_CheckDirectoryW(const KZ_WCHAR* path);
+KZ_API int32_t KZ_CheckDirectoryA(const char* path);
+KZ_API int32_t KZ_CreateDirectoryW(const KZ_WCHAR* path);
+KZ_API int32_t KZ_CreateDirectoryA(const char* path);
+KZ_API uint32_t KZ_GetFileSizeW(const KZ_WCHAR* path, uint64_t* size);
+KZ_API uint32_t KZ_GetFileSizeA(const char* path, uint64_t* size);
+KZ_API int32_t KZ_GetFileTimeW(const KZ_WCHAR* path, FILETIME* creation, FILETIME* last_access,
+                               FILETIME* last_write);
+KZ_API int32_t KZ_GetFileTimeA(const char* path, FILETIME* creation, FILETIME* last_access,
+                               FILETIME* last_write);
 
 /* ---- Text file ----------------------------------------------------------
  * wide: 0 for a narrow file, nonzero for UTF-16 with a byte-order mark. */
-KZ_API TextFileHandle *KZ_TextFileOpenW(const KZ_WCHAR *path, const KZ_WCHAR *mode, int32_t wide);
-KZ_API TextFileHandle *KZ_TextFileOpenA(const char *path, const char *mode, int32_t wide);
-KZ_API void KZ_TextFileClose(TextFileHandle *file);
-KZ_API int32_t KZ_TextFileGetsW(TextFileHandle *file, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_TextFileGetsA(TextFileHandle *file, char *out, int32_t size);
-KZ_API int32_t KZ_TextFilePutsW(TextFileHandle *file, const KZ_WCHAR *text);
-KZ_API int32_t KZ_TextFilePutsA(TextFileHandle *file, const char *text);
-KZ_API int32_t KZ_TextFileEof(TextFileHandle *file);
-KZ_API int32_t KZ_TextFileError(TextFileHandle *file);
-KZ_API int32_t KZ_TextFileSeek(TextFileHandle *file, int32_t offset, int32_t origin);
-KZ_API FILE *KZ_TextFileHandle(TextFileHandle *file);
+KZ_API TextFileHandle* KZ_TextFileOpenW(const KZ_WCHAR* path, const KZ_WCHAR* mode, int32_t wide);
+KZ_API TextFileHandle* KZ_TextFileOpenA(const char* path, const char* mode, int32_t wide);
+KZ_API void KZ_TextFileClose(TextFileHandle* file);
+KZ_API int32_t KZ_TextFileGetsW(TextFileHandle* file, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_TextFileGetsA(TextFileHandle* file, char* out, int32_t size);
+KZ_API int32_t KZ_TextFilePutsW(TextFileHandle* file, const KZ_WCHAR* text);
+KZ_API int32_t KZ_TextFilePutsA(TextFileHandle* file, const char* text);
+KZ_API int32_t KZ_TextFileEof(TextFileHandle* file);
+KZ_API int32_t KZ_TextFileError(TextFileHandle* file);
+KZ_API int32_t KZ_TextFileSeek(TextFileHandle* file, int32_t offset, int32_t origin);
+KZ_API FILE* KZ_TextFileHandle(TextFileHandle* file);
 
 /* ---- Journal ------------------------------------------------------------ */
-KZ_API int32_t KZ_JournalOutW(const KZ_WCHAR *file_name, const KZ_WCHAR *message,
+KZ_API int32_t KZ_JournalOutW(const KZ_WCHAR* file_name, const KZ_WCHAR* message,
                               uint32_t line_size, int32_t wide, KZ_WCHAR delimiter);
-KZ_API int32_t KZ_JournalOutA(const char *file_name, const char *message, uint32_t line_size,
+KZ_API int32_t KZ_JournalOutA(const char* file_name, const char* message, uint32_t line_size,
                               int32_t wide, char delimiter);
 
 /* ---- Status files -------------------------------------------------------
  * Waits give 0 on a match, 1 on timeout, 2 on failure. */
-KZ_API StatusFileHandle *KZ_StatusCreateFileW(const KZ_WCHAR *file_name,
-                                              const KZ_WCHAR *directory);
-KZ_API StatusFileHandle *KZ_StatusCreateFileA(const char *file_name, const char *directory);
-KZ_API int32_t KZ_StatusEndFile(StatusFileHandle *status, int32_t wait);
-KZ_API int32_t KZ_StatusSetStringW(StatusFileHandle *status, const KZ_WCHAR *text);
-KZ_API int32_t KZ_StatusSetStringA(StatusFileHandle *status, const char *text);
-KZ_API int32_t KZ_StatusSetData(StatusFileHandle *status, const void *data, uint32_t size);
-KZ_API int32_t KZ_StatusGetStringW(StatusFileHandle *status, KZ_WCHAR *out, int32_t size);
-KZ_API int32_t KZ_StatusGetStringA(StatusFileHandle *status, char *out, int32_t size);
-KZ_API int32_t KZ_StatusGetData(StatusFileHandle *status, void *out, uint32_t size);
-KZ_API int32_t KZ_StatusIsStringWaitW(StatusFileHandle *status, const KZ_WCHAR *expected,
+KZ_API StatusFileHandle* KZ_StatusCreateFileW(const KZ_WCHAR* file_name, const KZ_WCHAR* directory);
+KZ_API StatusFileHandle* KZ_StatusCreateFileA(const char* file_name, const char* directory);
+KZ_API int32_t KZ_StatusEndFile(StatusFileHandle* status, int32_t wait);
+KZ_API int32_t KZ_StatusSetStringW(StatusFileHandle* status, const KZ_WCHAR* text);
+KZ_API int32_t KZ_StatusSetStringA(StatusFileHandle* status, const char* text);
+KZ_API int32_t KZ_StatusSetData(StatusFileHandle* status, const void* data, uint32_t size);
+KZ_API int32_t KZ_StatusGetStringW(StatusFileHandle* status, KZ_WCHAR* out, int32_t size);
+KZ_API int32_t KZ_StatusGetStringA(StatusFileHandle* status, char* out, int32_t size);
+KZ_API int32_t KZ_StatusGetData(StatusFileHandle* status, void* out, uint32_t size);
+KZ_API int32_t KZ_StatusIsStringWaitW(StatusFileHandle* status, const KZ_WCHAR* expected,
                                       uint32_t timeout);
-KZ_API int32_t KZ_StatusIsStringWaitA(StatusFileHandle *status, const char *expected,
+KZ_API int32_t KZ_StatusIsStringWaitA(StatusFileHandle* status, const char* expected,
                                       uint32_t timeout);
-KZ_API int32_t KZ_StatusIsDataWait(StatusFileHandle *status, const void *expected, uint32_t size,
+KZ_API int32_t KZ_StatusIsDataWait(StatusFileHandle* status, const void* expected, uint32_t size,
                                    uint32_t timeout);
 
 /* ---- Command line and selection lists ---------------------------------- */
-KZ_API int32_t KZ_CmdLineListW(const KZ_WCHAR *line, StrList *list);
-KZ_API int32_t KZ_CmdLineListA(const char *line, StrList *list);
-KZ_API int32_t KZ_GetCmdLineW(StrList *list);
-KZ_API int32_t KZ_GetCmdLineA(StrList *list);
-KZ_API int32_t KZ_GetCommandW(const KZ_WCHAR *line, KZ_WCHAR *name, int32_t size);
-KZ_API int32_t KZ_GetCommandA(const char *line, char *name, int32_t size);
-KZ_API int32_t KZ_GetCommandDirectoryW(const KZ_WCHAR *line, KZ_WCHAR *directory, int32_t size);
-KZ_API int32_t KZ_GetCommandDirectoryA(const char *line, char *directory, int32_t size);
-KZ_API int32_t KZ_GetCmdLineParamW(const KZ_WCHAR *line, StrList *list);
-KZ_API int32_t KZ_GetCmdLineParamA(const char *line, StrList *list);
-KZ_API void KZ_SplitArgW(const KZ_WCHAR *text, KZ_WCHAR *command, KZ_WCHAR *arguments);
-KZ_API void KZ_SplitArgA(const char *text, char *command, char *arguments);
-KZ_API int32_t KZ_GetComnSelectFilesW(const KZ_WCHAR *selection, int32_t size, StrList *list);
-KZ_API int32_t KZ_GetComnSelectFilesA(const char *selection, int32_t size, StrList *list);
-KZ_API int32_t KZ_GetComnSelectFileCountW(const KZ_WCHAR *selection);
-KZ_API int32_t KZ_GetComnSelectFileCountA(const char *selection);
+KZ_API int32_t KZ_CmdLineListW(const KZ_WCHAR* line, StrList* list);
+KZ_API int32_t KZ_CmdLineListA(const char* line, StrList* list);
+KZ_API int32_t KZ_GetCmdLineW(StrList* list);
+KZ_API int32_t KZ_GetCmdLineA(StrList* list);
+KZ_API int32_t KZ_GetCommandW(const KZ_WCHAR* line, KZ_WCHAR* name, int32_t size);
+KZ_API int32_t KZ_GetCommandA(const char* line, char* name, int32_t size);
+KZ_API int32_t KZ_GetCommandDirectoryW(const KZ_WCHAR* line, KZ_WCHAR* directory, int32_t size);
+KZ_API int32_t KZ_GetCommandDirectoryA(const char* line, char* directory, int32_t size);
+KZ_API int32_t KZ_GetCmdLineParamW(const KZ_WCHAR* line, StrList* list);
+KZ_API int32_t KZ_GetCmdLineParamA(const char* line, StrList* list);
+KZ_API void KZ_SplitArgW(const KZ_WCHAR* text, KZ_WCHAR* command, KZ_WCHAR* arguments);
+KZ_API void KZ_SplitArgA(const char* text, char* command, char* arguments);
+KZ_API int32_t KZ_GetComnSelectFilesW(const KZ_WCHAR* selection, int32_t size, StrList* list);
+KZ_API int32_t KZ_GetComnSelectFilesA(const char* selection, int32_t size, StrList* list);
+KZ_API int32_t KZ_GetComnSelectFileCountW(const KZ_WCHAR* selection);
+KZ_API int32_t KZ_GetComnSelectFileCountA(const char* selection);
 
 #ifdef __cplusplus
 }

@@ -94,7 +94,8 @@ void tour_encoding() {
   show("KZ_SJIS2UNICODE(\"\", size 8)", std::to_string(KZ_SJIS2UNICODE("", wide.data(), 8)));
   show("KZ_SJIS2UNICODE(\"abc\", size 0: needed + 1)",
        std::to_string(KZ_SJIS2UNICODE("abc", nullptr, 0)));
-  show("KZ_IsSJisMultiByteChar(\"\\x81\\x5C\")", std::to_string(KZ_IsSJisMultiByteChar("\x81\x5C")));
+  show("KZ_IsSJisMultiByteChar(\"\\x81\\x5C\")",
+       std::to_string(KZ_IsSJisMultiByteChar("\x81\x5C")));
   show("KZ_IsSJisMultiByteChar(\"\\x81\") (lead byte at the end)",
        std::to_string(KZ_IsSJisMultiByteChar("\x81")));
   StrList list{0, nullptr};

@@ -12,45 +12,13 @@
 #include <vector>
 
 #include "kz_basis.h"
+#include "twins.h"
 
 namespace {
 
 using wchar = KZ_WCHAR;
 
-template <class Ch>
-struct Twin;
-
-#define KZ_TWIN(name, suffix)          \
-  template <class... Args>             \
-  static auto name(Args... args) {     \
-    return KZ_##name##suffix(args...); \
-  }
-#define KZ_TWINS(suffix)              \
-  KZ_TWIN(StringCopyEx, suffix)       \
-  KZ_TWIN(StringCopyExAfter, suffix)  \
-  KZ_TWIN(GetCodeCount, suffix)       \
-  KZ_TWIN(GetCodeLength, suffix)      \
-  KZ_TWIN(StringSplit, suffix)        \
-  KZ_TWIN(DeleteStrList, suffix)      \
-  KZ_TWIN(StringTrimLeft, suffix)     \
-  KZ_TWIN(StringTrimRight, suffix)    \
-  KZ_TWIN(StringTrim, suffix)         \
-  KZ_TWIN(StringZeroSuppress, suffix) \
-  KZ_TWIN(StringLengthCopy, suffix)   \
-  KZ_TWIN(StringGetQuoted, suffix)    \
-  KZ_TWIN(SetDoublequote, suffix)     \
-  KZ_TWIN(DelDoublequote, suffix)     \
-  KZ_TWIN(StringPassword, suffix)
-template <>
-struct Twin<char> {
-  KZ_TWINS(A)
-};
-template <>
-struct Twin<wchar> {
-  KZ_TWINS(W)
-};
-#undef KZ_TWINS
-#undef KZ_TWIN
+using kz::test::Twin;
 
 void check(bool condition) {
   if (!condition) std::abort();

@@ -1,11 +1,14 @@
 // The exports that come as twins, by element type, so one typed test runs
 // a table of cases through both: Twin<Ch>::StringSplit is KZ_StringSplitA
-// for char and KZ_StringSplitW for the wide type.
+// for char and KZ_StringSplitW for the wide type. It needs nothing but the
+// public header, so the fuzz targets share it.
 #pragma once
 
-#include "support.h"
+#include "kz_basis.h"
 
 namespace kz::test {
+
+using wchar = KZ_WCHAR;
 
 template <class Ch>
 struct Twin;

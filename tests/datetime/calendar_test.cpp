@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

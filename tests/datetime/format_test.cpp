@@ -1,6 +1,7 @@
 // Dates and times written as text, from records, the clock and FILETIMEs.
 #include <string>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -1,6 +1,7 @@
 // Date and time text read back into records and moments.
 #include <string>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/platform.h"
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

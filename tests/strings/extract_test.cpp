@@ -1,6 +1,7 @@
 // The length copy and the extraction between markers, in both twins.
 #include <cstring>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

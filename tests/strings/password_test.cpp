@@ -1,6 +1,7 @@
 // Masked password text in both twins.
 #include <cstring>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -1,4 +1,5 @@
 // Adding and removing double quotes, in both twins.
+#include "support.h"
 #include "twins.h"
 
 namespace {

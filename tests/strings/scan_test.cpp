@@ -2,6 +2,7 @@
 // count and search, in both twins and around double-byte characters.
 #include <algorithm>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -3,6 +3,7 @@
 // failure of each allocation.
 #include <vector>
 
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -1,5 +1,6 @@
 // The trims and the zero suppression, in both twins, and their narrow scans
 // around double-byte characters.
+#include "support.h"
 #include "twins.h"
 
 namespace {

@@ -36,6 +36,13 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
 // Nonzero when the high byte of c is a lead byte and the low byte a trail
 // byte of the process's multibyte code page.
 int _ismbclegal(unsigned int c);
+// The POSIX layer converts in one of several ways with the same results (a
+// plain one, and one per vector instruction set the processor runs) and
+// takes the last, the widest. Tests switch to each in turn to compare it with
+// a model: use_code_page_path gives the way's name, or null past the count.
+// The Windows build has one way, the platform's own.
+int code_page_path_count();
+const char* use_code_page_path(int path);
 
 // ---- Bounded copies (portable: bounded.cpp) -------------------------------
 // On success they return 0. A destination too small for the result is left

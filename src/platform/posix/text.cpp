@@ -161,8 +161,9 @@ const Kernels* active = &kPlain;
 // ASCII (taken one at a time), the destination's end or this many elements.
 constexpr std::size_t kOnePass = 64;
 
+template <std::size_t Bytes = 16>
 inline bool within_page(const void* p) {
-  return (reinterpret_cast<std::uintptr_t>(p) & 4095) <= 4096 - 16;
+  return (reinterpret_cast<std::uintptr_t>(p) & 4095) <= 4096 - Bytes;
 }
 
 // Stores the first `count` 16-bit lanes of low:high (count <= 16).
@@ -191,11 +192,16 @@ inline void store_units(char16_t* dst, __m128i low, __m128i high, unsigned count
   if (count & 1) *dst = static_cast<char16_t>(_mm_cvtsi128_si32(low));
 }
 
-// Stores the first `count` bytes of the low half of packed (count <= 8).
+// Stores the first `count` bytes of packed (count <= 16).
 inline void store_bytes(unsigned char* dst, __m128i packed, unsigned count) {
-  if (count == 8) {
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), packed);
+  if (count == 16) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), packed);
     return;
+  }
+  if (count & 8) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), packed);
+    packed = _mm_srli_si128(packed, 8);
+    dst += 8;
   }
   auto bytes = static_cast<std::uint64_t>(_mm_cvtsi128_si64(packed));
   if (count & 4) {
@@ -258,24 +264,26 @@ long encode_start(const char16_t* src, unsigned char* dst, std::size_t capacity,
                   std::size_t& out) {
   const __m128i zero = _mm_setzero_si128();
   const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
-  while (in < kOnePass && within_page(src + in)) {
-    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-    const __m128i zeros = _mm_cmpeq_epi16(units, zero);
-    const __m128i ascii_units = _mm_cmpeq_epi16(_mm_and_si128(units, beyond_ascii), zero);
-    // One bit a unit: the low 8 bits for the terminator, the high 8 for ASCII.
-    const auto masks =
-        static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(zeros, ascii_units)));
-    const __m128i packed = _mm_packus_epi16(units, units);
-    const unsigned stops = (masks & 0xFF) | (~masks >> 8 & 0xFF);
+  while (in < kOnePass && within_page<32>(src + in)) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 8));
+    // One bit a unit: the low 16 bits for the terminator, the high 16 for ASCII.
+    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(
+        _mm_packs_epi16(_mm_cmpeq_epi16(low, zero), _mm_cmpeq_epi16(high, zero))));
+    const auto ascii_units = static_cast<unsigned>(_mm_movemask_epi8(
+        _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(low, beyond_ascii), zero),
+                        _mm_cmpeq_epi16(_mm_and_si128(high, beyond_ascii), zero))));
+    const __m128i packed = _mm_packus_epi16(low, high);
+    const unsigned stops = zeros | (~ascii_units & 0xFFFF);
     if (stops == 0) {
-      if (out + 8 > capacity) break;
-      _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), packed);
-      in += 8;
-      out += 8;
+      if (out + 16 > capacity) break;
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), packed);
+      in += 16;
+      out += 16;
       continue;
     }
     const auto ascii = static_cast<unsigned>(__builtin_ctz(stops));
-    const unsigned ends = masks >> ascii & 1;
+    const unsigned ends = zeros >> ascii & 1;
     if (out + ascii + ends > capacity) break;
     store_bytes(dst + out, packed, ascii + ends);
     in += ascii;

@@ -224,23 +224,31 @@ inline void store_bytes(unsigned char* dst, __m128i packed, unsigned count) {
 long decode_start(const unsigned char* src, char16_t* dst, std::size_t capacity, std::size_t& in,
                   std::size_t& out) {
   const __m128i zero = _mm_setzero_si128();
-  while (in < kOnePass && within_page(src + in)) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-    const __m128i low = _mm_unpacklo_epi8(bytes, zero), high = _mm_unpackhi_epi8(bytes, zero);
-    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, zero)));
-    const unsigned stops = zeros | static_cast<unsigned>(_mm_movemask_epi8(bytes));
-    if (stops == 0) {
-      if (out + 16 > capacity) break;
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), low);
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out + 8), high);
-      in += 16;
-      out += 16;
+  while (in < kOnePass && within_page<32>(src + in)) {
+    __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+    const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 16));
+    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(first, zero))) |
+                       static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(second, zero))) << 16;
+    const unsigned stops = zeros | static_cast<unsigned>(_mm_movemask_epi8(first)) |
+                           static_cast<unsigned>(_mm_movemask_epi8(second)) << 16;
+    const unsigned ascii = stops == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(stops));
+    const unsigned ends = ascii < 32 ? zeros >> ascii & 1 : 0;
+    unsigned count = ascii + ends;
+    if (out + count > capacity) break;
+    char16_t* at = dst + out;
+    if (count >= 16) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(at), _mm_unpacklo_epi8(first, zero));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(at + 8), _mm_unpackhi_epi8(first, zero));
+      first = second;
+      at += 16;
+      count -= 16;
+    }
+    store_units(at, _mm_unpacklo_epi8(first, zero), _mm_unpackhi_epi8(first, zero), count);
+    if (ascii == 32) {
+      in += 32;
+      out += 32;
       continue;
     }
-    const auto ascii = static_cast<unsigned>(__builtin_ctz(stops));
-    const unsigned ends = zeros >> ascii & 1;
-    if (out + ascii + ends > capacity) break;
-    store_units(dst + out, low, high, ascii + ends);
     in += ascii;
     out += ascii;
     if (ends) return static_cast<long>(out + 1);

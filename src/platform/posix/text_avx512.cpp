@@ -63,6 +63,24 @@ struct Avx512 {
     return low_count + high_count;
   }
 
+  // The little-endian words (byte | next << 8) at the positions in `starts`,
+  // packed into words; gives their count. Reads the byte behind the block.
+  static unsigned start_words(const unsigned char* p, std::uint64_t starts, std::uint16_t* words) {
+    unsigned count = 0;
+    for (int half = 0; half < 64; half += 32) {
+      const __m512i bytes =
+          _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + half)));
+      const __m512i next =
+          _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + half + 1)));
+      const auto half_starts = static_cast<__mmask32>(starts >> half);
+      const __m512i packed = _mm512_maskz_compress_epi16(
+          half_starts, _mm512_or_si512(bytes, _mm512_slli_epi16(next, 8)));
+      _mm512_storeu_si512(words + count, packed);
+      count += static_cast<unsigned>(__builtin_popcount(half_starts));
+    }
+    return count;
+  }
+
   static std::uint32_t wide_high32(const char16_t* p) {
     return _mm512_cmpgt_epu16_mask(load(p), _mm512_set1_epi16(0x7F));
   }

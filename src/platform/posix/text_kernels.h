@@ -55,6 +55,7 @@ inline unsigned lowest(std::uint64_t bits) { return static_cast<unsigned>(__buil
 // up; sparser ones widen the ASCII runs between them as vectors.
 constexpr unsigned kDenseDecode = 20;
 constexpr unsigned kDenseEncode = 10;
+constexpr unsigned kDenseCompressed = 8;
 
 // Decodes blocks of 64 bytes while they lie before `nonzero`, the text's
 // terminator, and fit in the destination, then the rest in runs of 16 ASCII
@@ -85,6 +86,15 @@ long decode_kernel(const unsigned char* src, std::size_t length, std::size_t non
     const std::uint64_t starts = ~trail_positions(leads, last_is_pair);
     std::uint64_t others = high & starts;
     if constexpr (Isa::kCompress) {
+      if (Isa::count(others) > kDenseCompressed) {
+        // The word at every character's start, packed, then each looked up.
+        std::uint16_t words[64];
+        const unsigned count = Isa::start_words(block, starts, words);
+        for (unsigned k = 0; k < count; ++k) dst[out + k] = kDecodeByWord.units[words[k]];
+        out += count;
+        in += 64 + (last_is_pair ? 1 : 0);
+        continue;
+      }
       // Every character's first byte widened in place, then the characters
       // outside ASCII looked up where they landed.
       const unsigned count = Isa::widen_starts(block, starts, dst + out);

@@ -9,6 +9,7 @@
 #include <string>
 #include <type_traits>
 
+#include "platform/filetime.h"
 #include "platform/platform.h"
 #include "support.h"
 #include "twins.h"
@@ -21,7 +22,7 @@ using namespace kz::test;
 constexpr std::uint64_t kLastTick = 0x7FFF'FFFF'FFFF'FFFFull;
 constexpr std::uint64_t kNoTime = 0xFFFF'FFFF'FFFF'FFFFull;
 constexpr std::uint64_t kTopBit = 0x8000'0000'0000'0000ull;
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
+constexpr auto kTicksPerSecond = static_cast<std::int64_t>(os::kTicksPerSecond);
 constexpr FILETIME kUntouched = {0x5A5A5A5A, 0xA5A5A5A5};
 
 FILETIME at(std::uint64_t bits) { return moment(static_cast<std::int64_t>(bits)); }

@@ -81,6 +81,24 @@ struct Avx512 {
     return count;
   }
 
+  // Encodes 32 units, of which those in `others` are not ASCII: those are
+  // looked up one by one, then the bytes of all of them are packed
+  // together (the trail of each double-byte value, no other high byte) and
+  // exactly those stored. Gives their count.
+  static unsigned encode_block(const char16_t* p, std::uint32_t others, unsigned char* d) {
+    alignas(64) std::uint16_t words[32];
+    _mm512_store_si512(words, load(p));
+    for (; others != 0; others &= others - 1) {
+      const unsigned at = static_cast<unsigned>(__builtin_ctz(others));
+      words[at] = kEncodeInOrder.bytes[words[at]];
+    }
+    const __m512i in_order = _mm512_load_si512(words);
+    const __mmask64 keep = _mm512_test_epi8_mask(in_order, in_order) | 0x5555555555555555ULL;
+    const unsigned count = static_cast<unsigned>(__builtin_popcountll(keep));
+    _mm512_mask_storeu_epi8(d, _bzhi_u64(~0ULL, count), _mm512_maskz_compress_epi8(keep, in_order));
+    return count;
+  }
+
   static std::uint32_t wide_high32(const char16_t* p) {
     return _mm512_cmpgt_epu16_mask(load(p), _mm512_set1_epi16(0x7F));
   }

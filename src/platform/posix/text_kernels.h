@@ -185,11 +185,12 @@ inline __m128i ascii_units(const char16_t* src, bool& ascii) {
 }
 
 // Encodes blocks of 32 units, then blocks of 8 near the end of the text or
-// the destination, then one unit at a time. A block that is not all ASCII
-// narrows the ASCII runs between its other units 16 at a time, or, when it
-// has many other units, writes every unit from the table. Both write junk
-// bytes up to 16 past the block's text, inside the destination; a block keeps
-// 16 units behind it, so at least 16 more bytes, that overwrite them.
+// the destination, then one unit at a time. A block with many units outside
+// ASCII writes every unit from the table; one with a few narrows the ASCII
+// runs between them 16 at a time, or on AVX-512 packs the whole block's
+// bytes at once. The table and the runs write junk bytes up to 16 past the
+// block's text, inside the destination; a block keeps 16 units behind it, so
+// at least 16 more bytes, that overwrite them.
 template <class Isa, bool Checked>
 long encode_kernel(const char16_t* src, std::size_t length, unsigned char* dst,
                    std::size_t capacity) {
@@ -203,6 +204,8 @@ long encode_kernel(const char16_t* src, std::size_t length, unsigned char* dst,
       out += 32;
     } else if (Isa::count(others) > kDenseEncode) {
       for (int k = 0; k < 32; ++k) out += put_unit(dst + out, block[k]);
+    } else if constexpr (Isa::kCompress) {
+      out += Isa::encode_block(block, others, dst + out);
     } else {
       unsigned from = 0;
       for (; others != 0; others &= others - 1) {

@@ -100,10 +100,10 @@ void for_each_allocation_failure(Body body) {
 
 // Rows of a table that hold for one twin only: double-byte characters are
 // the narrow twin's alone, and some size rules differ by twin.
-enum class Only { kBoth, kNarrow, kWide };
+enum Only { kBoth, kNarrow, kWide };
 template <class Ch>
 bool runs(Only only) {
-  return only == Only::kBoth || (only == Only::kNarrow) == (sizeof(Ch) == 1);
+  return only == kBoth || (only == kNarrow) == (sizeof(Ch) == 1);
 }
 
 }  // namespace kz::test

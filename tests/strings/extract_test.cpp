@@ -20,16 +20,16 @@ TYPED_TEST(Extracting, LengthCopyNeedsCountBelowSize) {
     const char* src;
     int32_t count, size, result;
     const char* expected;  // null: dst untouched
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {"abc", 3, 4, 3, "abc"},
       {"abc", 2, 5, 2, "ab"},
       {"abc", 3, 3, 0, nullptr},
       {"abc", 0, 4, 0, nullptr},
-      {"ab", -1, 5, 0, "", Only::kWide},
-      {"ab", -1, 6, 0, nullptr, Only::kNarrow},
-      {"ab", 4, 6, 4, "ab", Only::kNarrow},
-      {"\x93\xFA\x96\x7B\x8C\xEA", 2, 7, 2, "\x93\xFA\x96\x7B", Only::kNarrow},
+      {"ab", -1, 5, 0, "", kWide},
+      {"ab", -1, 6, 0, nullptr, kNarrow},
+      {"ab", 4, 6, 4, "ab", kNarrow},
+      {"\x93\xFA\x96\x7B\x8C\xEA", 2, 7, 2, "\x93\xFA\x96\x7B", kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
@@ -69,7 +69,7 @@ TYPED_TEST(Extracting, GetQuotedTakesWhatStandsBetweenTheMarkers) {
     int32_t size;
     const char* expected;
     int32_t result = -1;  // -1: the length of expected
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {"((a))", "(", ")", 8, "(a"},
       {"a()c", "(", ")", 8, ""},
@@ -78,11 +78,11 @@ TYPED_TEST(Extracting, GetQuotedTakesWhatStandsBetweenTheMarkers) {
       {"a(b)", "", ")", 8, ""},
       {"a<<b)c", "<<", ")", 8, ""},
       {"a<<b>>c", "<<", ">>", 8, "<b"},
-      {"(abc)", "(", ")", 5, "abc", -1, Only::kWide},
-      {"(abc)", "(", ")", 4, "abc", -1, Only::kWide},
-      {"(abc)", "(", ")", 3, "", -1, Only::kWide},
-      {"\xA2\x93\xFA\x96\x7B\xA3", "\xA2", "\xA3", 8, "\x93\xFA\x96\x7B", 2, Only::kNarrow},
-      {"(\x95\\)\\", "(", "\\", 8, "\x95\\)", 2, Only::kNarrow},
+      {"(abc)", "(", ")", 5, "abc", -1, kWide},
+      {"(abc)", "(", ")", 4, "abc", -1, kWide},
+      {"(abc)", "(", ")", 3, "", -1, kWide},
+      {"\xA2\x93\xFA\x96\x7B\xA3", "\xA2", "\xA3", 8, "\x93\xFA\x96\x7B", 2, kNarrow},
+      {"(\x95\\)\\", "(", "\\", 8, "\x95\\)", 2, kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;

@@ -41,7 +41,7 @@ TYPED_TEST(Password, MasksToFourBase36DigitsPerUnitAndUnmasksTolerantly) {
     int32_t mask;
     const char *src, *expected;
     int32_t result = -2;  // -2: the length of expected
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {0, kMask, "", ""},
       {0, kMask, "A", "001t"},
@@ -55,8 +55,8 @@ TYPED_TEST(Password, MasksToFourBase36DigitsPerUnitAndUnmasksTolerantly) {
       {0xFFBE, kUnmask, "-001", "A"},
       {0x40, kUnmask, "  1z", "\x07"},
       {0, kUnmask, "001t0000001t", "A"},
-      {0, kMask, "\x93\xFA\x96\x7B", "0k4l0kdo", 8, Only::kNarrow},
-      {0, kUnmask, "0k4l0kdo", "\x93\xFA\x96\x7B", 2, Only::kNarrow},
+      {0, kMask, "\x93\xFA\x96\x7B", "0k4l0kdo", 8, kNarrow},
+      {0, kUnmask, "0k4l0kdo", "\x93\xFA\x96\x7B", 2, kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
@@ -83,16 +83,16 @@ TYPED_TEST(Password, NeedsFourElementsPerUnitAndTheTerminator) {
     int32_t mask;
     const char* src;
     int32_t size, result;
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {kMask, "ab", 10, 8},
       {kMask, "ab", 9, 8},
       {kMask, "ab", 8, -1},
       {kMask, "ab", 0, -1},
       {kMask, "", 1, 0},
-      {kMask, "ab", 1, -1, Only::kWide},
-      {kUnmask, "001t001t", 3, 2, Only::kWide},
-      {kUnmask, "001t001t", 2, -1, Only::kWide},
+      {kMask, "ab", 1, -1, kWide},
+      {kUnmask, "001t001t", 3, 2, kWide},
+      {kUnmask, "001t001t", 2, -1, kWide},
   };
   for (const auto& c : cases)
     if (runs<Ch>(c.only)) password<Ch>(7, c.src, c.mask, c.size, c.result);

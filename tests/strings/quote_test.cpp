@@ -29,7 +29,7 @@ TYPED_TEST(DoubleQuotes, SetAndDelGoByAnyQuoteInTheText) {
     bool set;
     const char *src, *expected;
     int32_t size = 8;
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {kSet, "\"abc\"", "\"abc\""},
       {kDel, "\"abc\"", "abc"},
@@ -42,8 +42,8 @@ TYPED_TEST(DoubleQuotes, SetAndDelGoByAnyQuoteInTheText) {
       {kSet, "abc", nullptr, 0},
       {kDel, "\"ab\"", "ab", 5},
       {kDel, "\"ab\"", "", 4},
-      {kSet, "a\x81", "\"a\x81\"", 8, Only::kNarrow},
-      {kDel, "\x95\\\"x", "\\\"", 8, Only::kNarrow},
+      {kSet, "a\x81", "\"a\x81\"", 8, kNarrow},
+      {kDel, "\x95\\\"x", "\\\"", 8, kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;

@@ -12,7 +12,6 @@ KZ_TWIN_SUITE(Scanning);
 
 constexpr bool kCopy = false;
 constexpr bool kAfter = true;
-constexpr Only kNarrow = Only::kNarrow;
 
 // The copy's limit counts elements written before the terminator; a quote
 // takes a position without giving an element, and a quote never closed runs
@@ -34,7 +33,7 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
     int32_t limit, quotes;
     const char* expected;  // null: dst untouched
     char delimiter = ',';
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {kCopy, "ab,cd", 100, 0, "ab"},
       {kCopy, ",cd", 100, 0, ""},
@@ -92,7 +91,7 @@ TYPED_TEST(Scanning, CodeCountAndLength) {
     const char* src;
     char code;
     int32_t count, length;
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {"", ',', 0, 0},
       {"abc", ',', 0, 3},

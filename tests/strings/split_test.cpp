@@ -37,7 +37,7 @@ TYPED_TEST(Splitting, FieldsOfEachShapeOfText) {
     int32_t quotes;
     const char* entries;
     char delimiter = ',';
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {
       {"abc", 1, "abc|"},
       {"a,b,", 1, "a|b||"},
@@ -50,10 +50,10 @@ TYPED_TEST(Splitting, FieldsOfEachShapeOfText) {
       {"a,\"b\",c", 1, "a|b|,|"},
       {"\"a\",b,c", 1, "a|b||"},
       {"\"a\",,,,,,", 1, "a|||||||"},
-      {"\x95\\,\x83\\", 1, "\x95\\|\x83\\|", ',', Only::kNarrow},
-      {"\x95\\x", 1, "\x95|x|", '\\', Only::kNarrow},
-      {"a\x83\\b", 1, "a\x83|", '\x83', Only::kNarrow},
-      {"ab,\x81", 1, "ab|\x81|", ',', Only::kNarrow},
+      {"\x95\\,\x83\\", 1, "\x95\\|\x83\\|", ',', kNarrow},
+      {"\x95\\x", 1, "\x95|x|", '\\', kNarrow},
+      {"a\x83\\b", 1, "a\x83|", '\x83', kNarrow},
+      {"ab,\x81", 1, "ab|\x81|", ',', kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;

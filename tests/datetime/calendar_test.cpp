@@ -78,11 +78,8 @@ TYPED_TEST(CalendarNames, NamesEveryDayOfAWeek) {
   EXPECT_NE(Twin<Ch>::QueryDayOfWeek(&early, nullptr, nullptr, nullptr), 0);
   EXPECT_NE(Twin<Ch>::QueryDayOfWeek(&early, &day_of_week, nullptr, nullptr), 0);
   EXPECT_EQ(day_of_week, 1);
-}
-
-// KZ_QueryDays gives 2100 a 29th of February; the Gregorian calendar does not.
-TYPED_TEST(CalendarNames, DayOfWeekRefusesWhatThePlatformRefusesAndWritesNothing) {
-  using Ch = TypeParam;
+  // What the platform refuses gives 0 and writes nothing: KZ_QueryDays
+  // gives 2100 a 29th of February; the Gregorian calendar does not.
   for (const DateRecord& date :
        {DateRecord{2100, 2, 29}, {1600, 12, 31}, {2024, 13, 1}, {30828, 1, 1}}) {
     uint16_t day_of_week = 99;

@@ -133,18 +133,12 @@ TYPED_TEST(RangeText, CurrentFormsReadTheClockInUtc) {
 // cannot be had the answer is -1 and nothing leaks, and every later failure
 // (inside the readers' splits) gives a whole answer too.
 TEST(RangeText, NarrowFormsGiveMinusOneWhenAWideBlockFails) {
+  static constexpr const char *kFrom = "1700-01-01T00:00:00", *kTo = "30000-12-31T00:00:00";
   const std::pair<long, std::function<int32_t()>> forms[] = {
       {3, [] { return KZ_CheckStringDateA("2024-01-01", "2024-01-31", "2024-01-15", 1); }},
-      {3,
-       [] {
-         return KZ_CheckStringDateTimeA("2024-01-01T00:00:00", "2024-01-31T00:00:00",
-                                        "2024-01-15T00:00:00", 1);
-       }},
+      {3, [] { return KZ_CheckStringDateTimeA(kFrom, kTo, kTo, 1); }},
       {2, [] { return KZ_CheckStringCurrentDateA("1700-01-01", "30000-12-31", 1); }},
-      {2,
-       [] {
-         return KZ_CheckStringCurrentDateTimeA("1700-01-01T00:00:00", "30000-12-31T00:00:00", 1);
-       }},
+      {2, [] { return KZ_CheckStringCurrentDateTimeA(kFrom, kTo, 1); }},
   };
   for (const auto& [blocks, check] : forms) {
     for (long nth = 1; nth <= blocks; ++nth) {

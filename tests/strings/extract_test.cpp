@@ -20,12 +20,12 @@ TYPED_TEST(Extracting, LengthCopyNeedsCountBelowSize) {
     const char* src;
     int32_t count, size, result;
     const char* expected;  // null: dst untouched
-    Only only = kBoth;
+    Only only;
   } cases[] = {
-      {"abc", 3, 4, 3, "abc"},
-      {"abc", 2, 5, 2, "ab"},
-      {"abc", 3, 3, 0, nullptr},
-      {"abc", 0, 4, 0, nullptr},
+      {"abc", 3, 4, 3, "abc", kBoth},
+      {"abc", 2, 5, 2, "ab", kBoth},
+      {"abc", 3, 3, 0, nullptr, kBoth},
+      {"abc", 0, 4, 0, nullptr, kBoth},
       {"ab", -1, 5, 0, "", kWide},
       {"ab", -1, 6, 0, nullptr, kNarrow},
       {"ab", 4, 6, 4, "ab", kNarrow},

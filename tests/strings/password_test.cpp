@@ -83,16 +83,12 @@ TYPED_TEST(Password, NeedsFourElementsPerUnitAndTheTerminator) {
     int32_t mask;
     const char* src;
     int32_t size, result;
-    Only only = kBoth;
+    Only only;
   } cases[] = {
-      {kMask, "ab", 10, 8},
-      {kMask, "ab", 9, 8},
-      {kMask, "ab", 8, -1},
-      {kMask, "ab", 0, -1},
-      {kMask, "", 1, 0},
-      {kMask, "ab", 1, -1, kWide},
-      {kUnmask, "001t001t", 3, 2, kWide},
-      {kUnmask, "001t001t", 2, -1, kWide},
+      {kMask, "ab", 10, 8, kBoth},        {kMask, "ab", 9, 8, kBoth},
+      {kMask, "ab", 8, -1, kBoth},        {kMask, "ab", 0, -1, kBoth},
+      {kMask, "", 1, 0, kBoth},           {kMask, "ab", 1, -1, kWide},
+      {kUnmask, "001t001t", 3, 2, kWide}, {kUnmask, "001t001t", 2, -1, kWide},
   };
   for (const auto& c : cases)
     if (runs<Ch>(c.only)) password<Ch>(7, c.src, c.mask, c.size, c.result);

@@ -28,21 +28,15 @@ TYPED_TEST(DoubleQuotes, SetAndDelGoByAnyQuoteInTheText) {
   struct Case {
     bool set;
     const char *src, *expected;
-    int32_t size = 8;
-    Only only = kBoth;
+    int32_t size;
+    Only only;
   } cases[] = {
-      {kSet, "\"abc\"", "\"abc\""},
-      {kDel, "\"abc\"", "abc"},
-      {kDel, "abc", "abc"},
-      {kDel, "\"", ""},
-      {kDel, "a\"b", "\""},
-      {kSet, "abc", "\"abc\"", 7},
-      {kSet, "abc", "\"abc\"", 6},
-      {kSet, "abc", "", 5},
-      {kSet, "abc", nullptr, 0},
-      {kDel, "\"ab\"", "ab", 5},
-      {kDel, "\"ab\"", "", 4},
-      {kSet, "a\x81", "\"a\x81\"", 8, kNarrow},
+      {kSet, "\"abc\"", "\"abc\"", 8, kBoth},  {kDel, "\"abc\"", "abc", 8, kBoth},
+      {kDel, "abc", "abc", 8, kBoth},          {kDel, "\"", "", 8, kBoth},
+      {kDel, "a\"b", "\"", 8, kBoth},          {kSet, "abc", "\"abc\"", 7, kBoth},
+      {kSet, "abc", "\"abc\"", 6, kBoth},      {kSet, "abc", "", 5, kBoth},
+      {kSet, "abc", nullptr, 0, kBoth},        {kDel, "\"ab\"", "ab", 5, kBoth},
+      {kDel, "\"ab\"", "", 4, kBoth},          {kSet, "a\x81", "\"a\x81\"", 8, kNarrow},
       {kDel, "\x95\\\"x", "\\\"", 8, kNarrow},
   };
   for (const auto& c : cases) {

@@ -91,13 +91,13 @@ TYPED_TEST(Scanning, CodeCountAndLength) {
     const char* src;
     char code;
     int32_t count, length;
-    Only only = kBoth;
+    Only only;
   } cases[] = {
-      {"", ',', 0, 0},
-      {"abc", ',', 0, 3},
-      {"a,b,,c", ',', 3, 1},
-      {"\"a,b\",c", ',', 2, 2},
-      {"abc", '\0', 0, 3},
+      {"", ',', 0, 0, kBoth},
+      {"abc", ',', 0, 3, kBoth},
+      {"a,b,,c", ',', 3, 1, kBoth},
+      {"\"a,b\",c", ',', 2, 2, kBoth},
+      {"abc", '\0', 0, 3, kBoth},
       {"\x95\x5C\\", '\\', 2, 1, kNarrow},
       {"a\x83\x5C", '\x83', 0, 1, kNarrow},
       {"a\x81", '\x81', 1, 1, kNarrow},

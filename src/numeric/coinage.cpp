@@ -9,7 +9,7 @@
 // narrow ones, which accept digits alone. The readers drop every comma,
 // wherever it stands, and leave the rest to the runtime's parse.
 #include "frame/memory.h"
-#include "numeric/numeric.h"
+#include "numeric/grouping.h"
 
 namespace kz::numeric {
 namespace {

@@ -5,7 +5,9 @@
 // blank before they split, so a blank as the delimiter reads back as one
 // field; intended, the readers have always ignored blanks.
 #include "frame/memory.h"
-#include "numeric/numeric.h"
+#include "frame/strlist.h"
+#include "frame/text.h"
+#include "strings/split.h"
 
 namespace kz::numeric {
 namespace {
@@ -14,8 +16,8 @@ constexpr int kBlank = ' ';
 
 template <class Ch>
 struct Layout {
-  static constexpr auto kPoint = widen<Ch>("%d%c %d");
-  static constexpr auto kRect = widen<Ch>("%d%c %d%c %d%c %d");
+  static constexpr auto kPoint = literal<Ch>("%d%c %d");
+  static constexpr auto kRect = literal<Ch>("%d%c %d%c %d%c %d");
 };
 
 // The delimiter reaches the formatter as the call's argument promotion
@@ -31,15 +33,6 @@ void rect_text(const RectRecord* rect, Ch* destination, Ch delimiter) {
   Text<Ch>::format(destination, Layout<Ch>::kRect.text, rect->left, delimiter, rect->top, delimiter,
                    rect->right, delimiter, rect->bottom);
 }
-
-std::int32_t split_fields(const char* text, char delimiter, StrList* list) {
-  return KZ_StringSplitA(text, delimiter, list, 1);
-}
-std::int32_t split_fields(const wchar* text, wchar delimiter, StrList* list) {
-  return KZ_StringSplitW(text, delimiter, list, 1);
-}
-void release_fields(const char*, StrList* list) { KZ_DeleteStrListA(list); }
-void release_fields(const wchar*, StrList* list) { KZ_DeleteStrListW(list); }
 
 // The text without its blanks, split at the delimiter with quotes on, each
 // field read as a leading integer. Gives the number of fields read into
@@ -66,12 +59,11 @@ std::int32_t read_fields(const Ch* text, Ch delimiter, std::int32_t (&values)[4]
   copy.get()[kept] = 0;
 
   StrList list{0, nullptr};
-  if (split_fields(copy.get(), delimiter, &list) == 0) return -1;
+  if (split(copy.get(), delimiter, &list, true) == 0) return -1;
   *fields = list.count;
   const std::int32_t read = list.count < wanted ? list.count : wanted;
-  for (std::int32_t k = 0; k < read; ++k)
-    values[k] = Text<Ch>::to_int(static_cast<const Ch*>(list.strings[k]));
-  release_fields(text, &list);
+  for (std::int32_t k = 0; k < read; ++k) values[k] = Text<Ch>::to_int(entry<Ch>(list, k));
+  release_list(&list);
   return read;
 }
 

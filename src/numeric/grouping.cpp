@@ -4,7 +4,7 @@
 // text, a minus sign being one more element ("-,123,456"), while the narrow
 // form refuses anything that is not digits before it touches the
 // destination.
-#include "numeric/numeric.h"
+#include "numeric/grouping.h"
 
 namespace kz::numeric {
 namespace {

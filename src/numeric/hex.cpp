@@ -6,7 +6,7 @@
 // signed 32-bit one, so a value above 0x7FFFFFFF written here reads back as
 // 0x7FFFFFFF; intended, it is what the notation's readers have always got.
 #include "frame/memory.h"
-#include "numeric/numeric.h"
+#include "frame/text.h"
 
 namespace kz::numeric {
 namespace {
@@ -16,14 +16,14 @@ constexpr std::size_t kDigitsCapacity = 64;  // elements of the digits text
 
 template <class Ch>
 struct Notation {
-  static constexpr auto kPlain = widen<Ch>("%s");
-  static constexpr auto kZeroX = widen<Ch>("0x%s");
-  static constexpr auto kX = widen<Ch>("x%s");
-  static constexpr auto kSuffixH = widen<Ch>("%sH");
-  static constexpr auto kDollar = widen<Ch>("$%s");
-  static constexpr auto kHash = widen<Ch>("#%s");
-  static constexpr auto kDigits = widen<Ch>("%x");
-  static constexpr auto kPadded = widen<Ch>("%%0%dx");
+  static constexpr auto kPlain = literal<Ch>("%s");
+  static constexpr auto kZeroX = literal<Ch>("0x%s");
+  static constexpr auto kX = literal<Ch>("x%s");
+  static constexpr auto kSuffixH = literal<Ch>("%sH");
+  static constexpr auto kDollar = literal<Ch>("$%s");
+  static constexpr auto kHash = literal<Ch>("#%s");
+  static constexpr auto kDigits = literal<Ch>("%x");
+  static constexpr auto kPadded = literal<Ch>("%%0%dx");
 
   // The format of each style, or null for a style out of range.
   static const Ch* of_style(std::int32_t style) {

@@ -1,9 +1,6 @@
-// What the numeric and geometric twins share: the digit grouping that the
-// coinage writers stand on, and ASCII literals widened at compile time so
-// that one format text serves both widths.
+// The digit grouping that the numeric family's coinage writers stand on.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "frame/text.h"
@@ -20,18 +17,5 @@ namespace kz::numeric {
 template <class Ch>
 std::int32_t set_delimiter(const Ch* source, Ch* destination, std::int32_t size, Ch delimiter,
                            std::int32_t group);
-
-// An ASCII literal in the element type Ch.
-template <class Ch, std::size_t N>
-struct Literal {
-  Ch text[N];
-};
-
-template <class Ch, std::size_t N>
-constexpr Literal<Ch, N> widen(const char (&ascii)[N]) {
-  Literal<Ch, N> out{};
-  for (std::size_t i = 0; i < N; ++i) out.text[i] = static_cast<Ch>(ascii[i]);
-  return out;
-}
 
 }  // namespace kz::numeric

@@ -1,9 +1,6 @@
 // The portable number text of radix.cpp: _itow_s and wcstol as the
-// masked password text relies on them, and the decimal writers of every
-// width of number that coinage text stands on; the same on both builds.
+// masked password text relies on them, the same on both builds.
 #include <climits>
-#include <random>
-#include <string>
 
 #include "platform/platform.h"
 #include "support.h"
@@ -84,81 +81,6 @@ TEST(Wcstol, ReadsTheLongestNumberAtTheHead) {
     EXPECT_EQ(static_cast<std::size_t>(end - src.c_str()), c.consumed) << c.src;
   }
   EXPECT_EQ(kz::os::wcstol(text<wchar>("12").c_str(), nullptr, 36), 38);
-}
-
-}  // namespace
-
-namespace {
-
-using namespace kz::test;
-
-// The decimal writers of every width of number, in both widths of text.
-template <class Ch>
-struct Decimal;
-template <>
-struct Decimal<char> {
-  static auto write(std::int32_t v, char* b, std::size_t n) { return kz::os::_itoa_s(v, b, n, 10); }
-  static auto write(std::uint32_t v, char* b, std::size_t n) {
-    return kz::os::_ultoa_s(v, b, n, 10);
-  }
-  static auto write(std::int64_t v, char* b, std::size_t n) {
-    return kz::os::_i64toa_s(v, b, n, 10);
-  }
-  static auto write(std::uint64_t v, char* b, std::size_t n) {
-    return kz::os::_ui64toa_s(v, b, n, 10);
-  }
-};
-template <>
-struct Decimal<wchar> {
-  static auto write(std::int32_t v, wchar* b, std::size_t n) {
-    return kz::os::_itow_s(v, b, n, 10);
-  }
-  static auto write(std::uint32_t v, wchar* b, std::size_t n) {
-    return kz::os::_ultow_s(v, b, n, 10);
-  }
-  static auto write(std::int64_t v, wchar* b, std::size_t n) {
-    return kz::os::_i64tow_s(v, b, n, 10);
-  }
-  static auto write(std::uint64_t v, wchar* b, std::size_t n) {
-    return kz::os::_ui64tow_s(v, b, n, 10);
-  }
-};
-
-template <class Ch>
-class DecimalText : public ::testing::Test {};
-TYPED_TEST_SUITE(DecimalText, ElementTypes);
-
-// The text is the C++ library's, and it fits exactly its length plus one.
-template <class Ch, class Value>
-void expect_decimal(Value value) {
-  const auto expected = text<Ch>(std::to_string(value));
-  const std::size_t needed = expected.size() + 1;
-  for (std::size_t size : {needed + 1, needed, needed - 1, std::size_t{1}}) {
-    auto buffer = sentinel_buffer<Ch>(needed + 2);
-    const bool fits = size >= needed;
-    ASSERT_EQ(Decimal<Ch>::write(value, buffer.data(), size), fits ? 0 : kz::os::kERANGE)
-        << value << " size " << size;
-    ASSERT_EQ(str(buffer), fits ? expected : text<Ch>("")) << value;
-    ASSERT_TRUE(untouched_from(buffer, fits ? needed : 1)) << value << " size " << size;
-  }
-  Ch buffer[1];
-  EXPECT_EQ(Decimal<Ch>::write(value, buffer, 0), kz::os::kEINVAL);
-}
-
-TYPED_TEST(DecimalText, WritesEveryWidthOfNumberAsTheCxxLibraryDoes) {
-  using Ch = TypeParam;
-  std::mt19937_64 random(7);
-  for (int round = 0; round < 2000; ++round) {
-    const std::uint64_t bits = random() >> (random() % 64);
-    expect_decimal<Ch>(static_cast<std::int32_t>(bits));
-    expect_decimal<Ch>(static_cast<std::uint32_t>(bits));
-    expect_decimal<Ch>(static_cast<std::int64_t>(bits));
-    expect_decimal<Ch>(bits);
-  }
-  for (std::int64_t limit : {INT64_MIN, INT64_MAX, std::int64_t{0}}) expect_decimal<Ch>(limit);
-  expect_decimal<Ch>(INT32_MIN);
-  expect_decimal<Ch>(UINT32_MAX);
-  expect_decimal<Ch>(UINT64_MAX);
 }
 
 }  // namespace

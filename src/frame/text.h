@@ -39,6 +39,8 @@ struct Text<char> {
   static os::errno_t append(char* dst, std::size_t size, const char* src) {
     return os::strcat_s(dst, size, src);
   }
+  // Upper-cases text in place by the system's rules.
+  static char* upper(char* text) { return os::CharUpperA(text); }
 };
 
 template <>
@@ -54,6 +56,7 @@ struct Text<wchar> {
   static os::errno_t append(wchar* dst, std::size_t size, const wchar* src) {
     return os::wcscat_s(dst, size, src);
   }
+  static wchar* upper(wchar* text) { return os::CharUpperW(text); }
 };
 
 // Length of a terminated text in elements.

@@ -1,7 +1,9 @@
 // What the twins need to know about their element type. An operation is
 // written once as a template over Ch (char for narrow Shift-JIS text,
-// KZ_WCHAR for wide text) and asks Text<Ch> for the element's pair test,
-// its runtime calls and its literals.
+// KZ_WCHAR for wide text) and asks Text<Ch> for the element's pair test and
+// the runtime calls of the matching width; literal<Ch> gives its literals.
+// This is the one traits struct of the library: a family that needs another
+// runtime call of both widths adds it to both specializations here.
 #pragma once
 
 #include <cstddef>
@@ -39,8 +41,39 @@ struct Text<char> {
   static os::errno_t append(char* dst, std::size_t size, const char* src) {
     return os::strcat_s(dst, size, src);
   }
-  // Upper-cases text in place by the system's rules.
+  static int to_int(const char* text) { return os::atoi(text); }
+  static int compare_folded(const char* a, const char* b) { return os::_stricmp(a, b); }
+  // A char argument reaches the formatter as the call's own promotion makes
+  // it: sign-extended to int.
+  template <class... Args>
+  static int format(char* out, const char* layout, Args... args) {
+    return os::wsprintfA(out, layout, args...);
+  }
+  // Paths, files, streams and the environment.
   static char* upper(char* text) { return os::CharUpperA(text); }
+  static os::HANDLE find_first(const char* path) {
+    os::WIN32_FIND_DATAA data;
+    return os::FindFirstFileA(path, &data);
+  }
+  static os::DWORD current_directory(os::DWORD size, char* buffer) {
+    return os::GetCurrentDirectoryA(size, buffer);
+  }
+  static os::BOOL set_current_directory(const char* path) { return os::SetCurrentDirectoryA(path); }
+  static os::BOOL create_directory(const char* path) { return os::CreateDirectoryA(path, nullptr); }
+  static os::HANDLE create_file(const char* path, os::DWORD access, os::DWORD share,
+                                os::DWORD disposition) {
+    return os::CreateFileA(path, access, share, nullptr, disposition, 0, nullptr);
+  }
+  static os::DWORD environment(const char* name, char* buffer, os::DWORD size) {
+    return os::GetEnvironmentVariableA(name, buffer, size);
+  }
+  static os::errno_t open_stream(FILE** stream, const char* path, const char* mode) {
+    return os::fopen_s(stream, path, mode);
+  }
+  static char* read_line(char* buffer, int size, FILE* stream) {
+    return os::fgets(buffer, size, stream);
+  }
+  static int write_line(const char* text, FILE* stream) { return os::fputs(text, stream); }
 };
 
 template <>
@@ -56,8 +89,58 @@ struct Text<wchar> {
   static os::errno_t append(wchar* dst, std::size_t size, const wchar* src) {
     return os::wcscat_s(dst, size, src);
   }
+  static int to_int(const wchar* text) { return os::_wtoi(text); }
+  static int compare_folded(const wchar* a, const wchar* b) { return os::_wcsicmp(a, b); }
+  template <class... Args>
+  static int format(wchar* out, const wchar* layout, Args... args) {
+    return os::wsprintfW(out, layout, args...);
+  }
+  // Paths, files, streams and the environment.
   static wchar* upper(wchar* text) { return os::CharUpperW(text); }
+  static os::HANDLE find_first(const wchar* path) {
+    os::WIN32_FIND_DATAW data;
+    return os::FindFirstFileW(path, &data);
+  }
+  static os::DWORD current_directory(os::DWORD size, wchar* buffer) {
+    return os::GetCurrentDirectoryW(size, buffer);
+  }
+  static os::BOOL set_current_directory(const wchar* path) {
+    return os::SetCurrentDirectoryW(path);
+  }
+  static os::BOOL create_directory(const wchar* path) {
+    return os::CreateDirectoryW(path, nullptr);
+  }
+  static os::HANDLE create_file(const wchar* path, os::DWORD access, os::DWORD share,
+                                os::DWORD disposition) {
+    return os::CreateFileW(path, access, share, nullptr, disposition, 0, nullptr);
+  }
+  static os::DWORD environment(const wchar* name, wchar* buffer, os::DWORD size) {
+    return os::GetEnvironmentVariableW(name, buffer, size);
+  }
+  static os::errno_t open_stream(FILE** stream, const wchar* path, const wchar* mode) {
+    return os::_wfopen_s(stream, path, mode);
+  }
+  static wchar* read_line(wchar* buffer, int size, FILE* stream) {
+    return os::fgetws(buffer, size, stream);
+  }
+  static int write_line(const wchar* text, FILE* stream) { return os::fputws(text, stream); }
 };
+
+// An ASCII literal in the element type Ch, made at compile time, so that one
+// format string or name serves both widths:
+//   static constexpr auto kLayout = literal<Ch>("%04d%c%02d");
+//   Text<Ch>::format(out, kLayout.text, ...);
+template <class Ch, std::size_t N>
+struct Literal {
+  Ch text[N];
+};
+
+template <class Ch, std::size_t N>
+constexpr Literal<Ch, N> literal(const char (&ascii)[N]) {
+  Literal<Ch, N> out{};
+  for (std::size_t i = 0; i < N; ++i) out.text[i] = static_cast<Ch>(ascii[i]);
+  return out;
+}
 
 // Length of a terminated text in elements.
 template <class Ch>

@@ -1,9 +1,9 @@
 // Dates and times written as text: KZ_DateString, KZ_CurrentDateString,
 // KZ_TimeString, KZ_CurrentTimeString, KZ_SystemTimeString,
-// KZ_CurrentDateTimeString and KZ_FileTimeString. Year first, every field in decimal with
-// leading zeros up to a minimum width and never cut, the caller's delimiter
-// between the date fields and separator before the time. The results are the
-// formatter's count of elements written.
+// KZ_CurrentDateTimeString and KZ_FileTimeString. Year first, every field
+// in decimal with leading zeros up to a minimum width and never cut, the
+// caller's delimiter between the date fields and separator before the time.
+// The results are the formatter's count of elements written.
 #include "datetime/datetime.h"
 
 namespace kz::datetime {

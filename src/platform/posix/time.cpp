@@ -11,10 +11,13 @@ namespace {
 
 using namespace calendar;
 
-// The wall clock now, broken down in the process's zone. False when the
-// moment cannot be broken down.
+// The wall clock now, broken down in the zone that TZ names at this moment.
+// localtime_r need not look at TZ again once it has read it, so tzset
+// first: a program that changes TZ while it runs gets the new zone at the
+// next call. False when the moment cannot be broken down.
 bool local_now(timespec& now, tm& local) {
   clock_gettime(CLOCK_REALTIME, &now);
+  tzset();
   return localtime_r(&now.tv_sec, &local) != nullptr;
 }
 
@@ -71,14 +74,19 @@ BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
   return 1;
 }
 
-// The sums wrap in unsigned arithmetic as the system's do: a moment near
-// the start of the count and a zone west of UTC give a value with the top
-// bit set, which FileTimeToSystemTime then refuses.
+// The sum wraps in unsigned arithmetic; with the moment in range and an
+// offset of hours, a local form outside the count has the top bit set.
 BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) {
-  *local = to_file_time(to_ticks(*utc) + static_cast<std::uint64_t>(offset_now()));
+  const std::uint64_t from = to_ticks(*utc);
+  const std::uint64_t to = from + static_cast<std::uint64_t>(offset_now());
+  if (!is_moment(from) || !is_moment(to)) return 0;
+  *local = to_file_time(to);
   return 1;
 }
 
+// Wraps as the system's does: a local moment near the start of the count
+// east of UTC gives a value with the top bit set, which FileTimeToSystemTime
+// then refuses.
 BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc) {
   *utc = to_file_time(to_ticks(*local) - static_cast<std::uint64_t>(offset_now()));
   return 1;

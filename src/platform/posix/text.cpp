@@ -13,6 +13,7 @@
 // runs is chosen when the library loads.
 #include <cstring>
 
+#include "frame/memory.h"
 #include "platform/cp932.h"
 #include "platform/platform.h"
 #include "platform/posix/text_paths.h"
@@ -445,6 +446,49 @@ int WideCharToMultiByte(UINT, DWORD, const WCHAR* src, int src_length, char* dst
 
 int _ismbclegal(unsigned int c) {
   return c <= 0xFFFF && cp932::kLegalLead[c >> 8] != 0 && cp932::kLegalTrail[c & 0xFF] != 0;
+}
+
+}  // namespace kz::os
+
+namespace kz::os {
+namespace {
+
+// The upper case of one small letter, by the blocks of the system's case
+// table that hold letters in plain runs; everything else stays.
+WCHAR upper_unit(WCHAR c) {
+  if (c >= u'a' && c <= u'z') return static_cast<WCHAR>(c - 0x20);
+  if (c < 0xE0) return c == 0xB5 ? WCHAR(0x39C) : c;
+  if (c <= 0xFE) return c == 0xF7 ? c : static_cast<WCHAR>(c - 0x20);
+  if (c == 0xFF) return 0x178;
+  if (c == 0x3C2) return 0x3A3;  // final sigma
+  if (c >= 0x3B1 && c <= 0x3CB) return static_cast<WCHAR>(c - 0x20);
+  if (c >= 0x430 && c <= 0x44F) return static_cast<WCHAR>(c - 0x20);
+  if (c >= 0x450 && c <= 0x45F) return static_cast<WCHAR>(c - 0x50);
+  if (c >= 0xFF41 && c <= 0xFF5A) return static_cast<WCHAR>(c - 0x20);
+  return c;
+}
+
+}  // namespace
+
+// As Windows does it: the text goes to wide text, is upper-cased there and
+// comes back within its own length. A byte that forms no character comes
+// back as the code page's substitute for it.
+char* CharUpperA(char* text) {
+  const auto bytes = static_cast<int>(std::strlen(text));
+  if (bytes == 0) return text;
+  WCHAR stack_units[260];
+  WCHAR* units = bytes < 260 ? stack_units : allocate_array<WCHAR>(static_cast<std::size_t>(bytes));
+  if (units == nullptr) return text;
+  const int count = MultiByteToWideChar(kAnsiCodePage, 0, text, bytes, units, bytes);
+  for (int i = 0; i < count; ++i) units[i] = upper_unit(units[i]);
+  WideCharToMultiByte(kAnsiCodePage, 0, units, count, text, bytes, nullptr, nullptr);
+  if (units != stack_units) release(units);
+  return text;
+}
+
+WCHAR* CharUpperW(WCHAR* text) {
+  for (std::size_t i = 0; text[i] != 0; ++i) text[i] = upper_unit(text[i]);
+  return text;
 }
 
 }  // namespace kz::os

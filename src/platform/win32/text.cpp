@@ -26,3 +26,10 @@ int code_page_path_count() { return 1; }
 const char* use_code_page_path(int path) { return path == 0 ? "platform" : nullptr; }
 
 }  // namespace kz::os
+
+namespace kz::os {
+
+char* CharUpperA(char* text) { return ::CharUpperA(text); }
+WCHAR* CharUpperW(WCHAR* text) { return ::CharUpperW(text); }
+
+}  // namespace kz::os

@@ -21,4 +21,13 @@ using Calls = Text<Ch>;
 template <class Ch>
 std::int32_t string_file_time(const Ch* text, FILETIME* time, Ch delimiter, Ch separator);
 
+// The local date and the local time as text, each from a reading of the
+// clock of its own (format.cpp), for the journal's stamps: the date as
+// "%04d%c%02d%c%02d" with the delimiter, the time as "%02d:%02d:%02d". Give
+// the formatter's count of elements written.
+template <class Ch>
+std::int32_t current_date_string(Ch* out, Ch delimiter);
+template <class Ch>
+std::int32_t current_time_string(Ch* out);
+
 }  // namespace kz::datetime

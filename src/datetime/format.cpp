@@ -67,6 +67,24 @@ std::int32_t file_time_string(const FILETIME* time, Ch* out, std::int32_t millis
 }
 
 }  // namespace
+
+template <class Ch>
+std::int32_t current_date_string(Ch* out, Ch delimiter) {
+  const SYSTEMTIME t = now();
+  return date_string(t.wYear, t.wMonth, t.wDay, out, delimiter);
+}
+
+template <class Ch>
+std::int32_t current_time_string(Ch* out) {
+  const SYSTEMTIME t = now();
+  return time_string(t.wHour, t.wMinute, t.wSecond, out);
+}
+
+template std::int32_t current_date_string(char*, char);
+template std::int32_t current_date_string(wchar*, wchar);
+template std::int32_t current_time_string(char*);
+template std::int32_t current_time_string(wchar*);
+
 }  // namespace kz::datetime
 
 using namespace kz::datetime;
@@ -81,12 +99,10 @@ KZ_API int32_t KZ_DateStringA(const DateRecord* date, char* out, char delimiter)
 }
 
 KZ_API int32_t KZ_CurrentDateStringW(KZ_WCHAR* out, KZ_WCHAR delimiter) {
-  const SYSTEMTIME t = now();
-  return date_string(t.wYear, t.wMonth, t.wDay, out, delimiter);
+  return current_date_string(out, delimiter);
 }
 KZ_API int32_t KZ_CurrentDateStringA(char* out, char delimiter) {
-  const SYSTEMTIME t = now();
-  return date_string(t.wYear, t.wMonth, t.wDay, out, delimiter);
+  return current_date_string(out, delimiter);
 }
 
 KZ_API int32_t KZ_TimeStringW(const TimeRecord* time, KZ_WCHAR* out) {
@@ -96,14 +112,8 @@ KZ_API int32_t KZ_TimeStringA(const TimeRecord* time, char* out) {
   return time_string(time->hour, time->minute, time->second, out);
 }
 
-KZ_API int32_t KZ_CurrentTimeStringW(KZ_WCHAR* out) {
-  const SYSTEMTIME t = now();
-  return time_string(t.wHour, t.wMinute, t.wSecond, out);
-}
-KZ_API int32_t KZ_CurrentTimeStringA(char* out) {
-  const SYSTEMTIME t = now();
-  return time_string(t.wHour, t.wMinute, t.wSecond, out);
-}
+KZ_API int32_t KZ_CurrentTimeStringW(KZ_WCHAR* out) { return current_time_string(out); }
+KZ_API int32_t KZ_CurrentTimeStringA(char* out) { return current_time_string(out); }
 
 KZ_API int32_t KZ_SystemTimeStringW(const SYSTEMTIME* time, KZ_WCHAR* out, int32_t milliseconds,
                                     KZ_WCHAR delimiter, KZ_WCHAR separator) {

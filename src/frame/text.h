@@ -49,6 +49,31 @@ struct Text<char> {
   static int format(char* out, const char* layout, Args... args) {
     return os::wsprintfA(out, layout, args...);
   }
+  // Paths, files, streams and the environment.
+  static char* upper(char* text) { return os::CharUpperA(text); }
+  static os::HANDLE find_first(const char* path) {
+    os::WIN32_FIND_DATAA data;
+    return os::FindFirstFileA(path, &data);
+  }
+  static os::DWORD current_directory(os::DWORD size, char* buffer) {
+    return os::GetCurrentDirectoryA(size, buffer);
+  }
+  static os::BOOL set_current_directory(const char* path) { return os::SetCurrentDirectoryA(path); }
+  static os::BOOL create_directory(const char* path) { return os::CreateDirectoryA(path, nullptr); }
+  static os::HANDLE create_file(const char* path, os::DWORD access, os::DWORD share,
+                                os::DWORD disposition) {
+    return os::CreateFileA(path, access, share, nullptr, disposition, 0, nullptr);
+  }
+  static os::DWORD environment(const char* name, char* buffer, os::DWORD size) {
+    return os::GetEnvironmentVariableA(name, buffer, size);
+  }
+  static os::errno_t open_stream(FILE** stream, const char* path, const char* mode) {
+    return os::fopen_s(stream, path, mode);
+  }
+  static char* read_line(char* buffer, int size, FILE* stream) {
+    return os::fgets(buffer, size, stream);
+  }
+  static int write_line(const char* text, FILE* stream) { return os::fputs(text, stream); }
 };
 
 template <>
@@ -70,6 +95,35 @@ struct Text<wchar> {
   static int format(wchar* out, const wchar* layout, Args... args) {
     return os::wsprintfW(out, layout, args...);
   }
+  // Paths, files, streams and the environment.
+  static wchar* upper(wchar* text) { return os::CharUpperW(text); }
+  static os::HANDLE find_first(const wchar* path) {
+    os::WIN32_FIND_DATAW data;
+    return os::FindFirstFileW(path, &data);
+  }
+  static os::DWORD current_directory(os::DWORD size, wchar* buffer) {
+    return os::GetCurrentDirectoryW(size, buffer);
+  }
+  static os::BOOL set_current_directory(const wchar* path) {
+    return os::SetCurrentDirectoryW(path);
+  }
+  static os::BOOL create_directory(const wchar* path) {
+    return os::CreateDirectoryW(path, nullptr);
+  }
+  static os::HANDLE create_file(const wchar* path, os::DWORD access, os::DWORD share,
+                                os::DWORD disposition) {
+    return os::CreateFileW(path, access, share, nullptr, disposition, 0, nullptr);
+  }
+  static os::DWORD environment(const wchar* name, wchar* buffer, os::DWORD size) {
+    return os::GetEnvironmentVariableW(name, buffer, size);
+  }
+  static os::errno_t open_stream(FILE** stream, const wchar* path, const wchar* mode) {
+    return os::_wfopen_s(stream, path, mode);
+  }
+  static wchar* read_line(wchar* buffer, int size, FILE* stream) {
+    return os::fgetws(buffer, size, stream);
+  }
+  static int write_line(const wchar* text, FILE* stream) { return os::fputws(text, stream); }
 };
 
 // An ASCII literal in the element type Ch, made at compile time, so that one

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 #include "kz_basis.h"
 
@@ -36,6 +37,12 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
 // Nonzero when the high byte of c is a lead byte and the low byte a trail
 // byte of the process's multibyte code page.
 int _ismbclegal(unsigned int c);
+// Upper-case a text in place by the system's rules and give it back. The
+// wide form maps the small letters of ASCII, Latin-1, Greek, Cyrillic and
+// the full-width forms; the narrow form maps ASCII letters and leaves every
+// double-byte character as it is.
+char* CharUpperA(char* text);
+WCHAR* CharUpperW(WCHAR* text);
 
 // ---- Bounded copies (portable: bounded.cpp) -------------------------------
 // On success they return 0. A destination too small for the result is left
@@ -103,5 +110,114 @@ BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc);
 // -1, 0 or 1 as the first moment is earlier than, equal to or later than
 // the second.
 LONG CompareFileTime(const FILETIME* first, const FILETIME* second);
+
+// ---- Files and directories (files.cpp) -------------------------------------
+// Paths are Windows paths. On POSIX "\" and "/" both separate, and a leading
+// drive letter with its colon names the root ("C:\x" is "/x", "C:x" is "x"
+// in the current directory); narrow paths are code page 932, and names reach
+// the file system as UTF-8.
+using HANDLE = void*;
+inline HANDLE const kInvalidHandle = reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1));
+inline constexpr DWORD kGenericRead = 0x80000000;
+inline constexpr DWORD kGenericWrite = 0x40000000;
+inline constexpr DWORD kFileShareRead = 1;
+inline constexpr DWORD kFileShareWrite = 2;
+inline constexpr DWORD kCreateAlways = 2;
+inline constexpr DWORD kOpenExisting = 3;
+inline constexpr DWORD kOpenAlways = 4;
+inline constexpr DWORD kFileAttributeDirectory = 0x10;
+
+#ifdef _WIN32
+using WIN32_FIND_DATAA = ::WIN32_FIND_DATAA;
+using WIN32_FIND_DATAW = ::WIN32_FIND_DATAW;
+#else
+struct WIN32_FIND_DATAA {
+  DWORD dwFileAttributes;
+  FILETIME ftCreationTime, ftLastAccessTime, ftLastWriteTime;
+  DWORD nFileSizeHigh, nFileSizeLow, dwReserved0, dwReserved1;
+  char cFileName[260];
+  char cAlternateFileName[14];
+};
+struct WIN32_FIND_DATAW {
+  DWORD dwFileAttributes;
+  FILETIME ftCreationTime, ftLastAccessTime, ftLastWriteTime;
+  DWORD nFileSizeHigh, nFileSizeLow, dwReserved0, dwReserved1;
+  WCHAR cFileName[260];
+  WCHAR cAlternateFileName[14];
+};
+#endif
+
+// The first entry that matches; "*" and "?" may stand in the last
+// component. kInvalidHandle when nothing matches, and for a path that ends
+// in a separator.
+HANDLE FindFirstFileA(const char* path, WIN32_FIND_DATAA* data);
+HANDLE FindFirstFileW(const WCHAR* path, WIN32_FIND_DATAW* data);
+BOOL FindClose(HANDLE find);
+// The current directory as a full path with a drive ("C:\home\x" on POSIX).
+// Gives its length; when size cannot hold it, the size needed with the
+// terminator, and the buffer is not written.
+DWORD GetCurrentDirectoryA(DWORD size, char* buffer);
+DWORD GetCurrentDirectoryW(DWORD size, WCHAR* buffer);
+// Nonzero when the current directory is now path; on failure it stays.
+BOOL SetCurrentDirectoryA(const char* path);
+BOOL SetCurrentDirectoryW(const WCHAR* path);
+// Nonzero only when a new directory came into being (security is unused).
+BOOL CreateDirectoryA(const char* path, void* security);
+BOOL CreateDirectoryW(const WCHAR* path, void* security);
+// Opens a file with the access (kGenericRead, kGenericWrite) and the share
+// mode (what others may do while it is open) the caller asks for, across
+// threads and processes: an open fails when it would take an access that
+// another open does not share, or deny one that another open holds. A
+// directory cannot be opened. Gives kInvalidHandle on failure.
+HANDLE CreateFileA(const char* path, DWORD access, DWORD share, void* security, DWORD disposition,
+                   DWORD flags, HANDLE template_file);
+HANDLE CreateFileW(const WCHAR* path, DWORD access, DWORD share, void* security, DWORD disposition,
+                   DWORD flags, HANDLE template_file);
+// The low 32 bits of the size (the high ones in *high when given);
+// 0xFFFFFFFF on failure.
+DWORD GetFileSize(HANDLE file, DWORD* high);
+BOOL GetFileSizeEx(HANDLE file, std::int64_t* size);
+// The three times as UTC FILETIMEs; a null pointer is not wanted.
+BOOL GetFileTime(HANDLE file, FILETIME* creation, FILETIME* last_access, FILETIME* last_write);
+BOOL CloseHandle(HANDLE object);
+
+// ---- Process environment (process.cpp) ------------------------------------
+// Names match without regard to case. Gives the length of the value, or
+// the size needed with the terminator when size cannot hold it (buffer not
+// written), or 0 when the variable is not set. On POSIX a process always
+// has "TEMP" and "TMP", as on Windows: when unset they read as TMPDIR, else
+// /tmp.
+DWORD GetEnvironmentVariableA(const char* name, char* buffer, DWORD size);
+DWORD GetEnvironmentVariableW(const WCHAR* name, WCHAR* buffer, DWORD size);
+// Sets a variable, or removes it when value is null.
+BOOL SetEnvironmentVariableA(const char* name, const char* value);
+BOOL SetEnvironmentVariableW(const WCHAR* name, const WCHAR* value);
+
+// ---- Runtime streams (streams.cpp) ------------------------------------------
+// fopen_s and _wfopen_s take a runtime mode: "r", "w" or "a", optionally
+// "+", then "t" (text, the default) or "b", then optionally ",ccs=UNICODE",
+// ",ccs=UTF-16LE" or ",ccs=UTF-8". They give 0 and the stream, or an error
+// number. A stream open for writing shares its file with no one, one open
+// for reading shares it with readers only, as CreateFile's share modes.
+//   Text mode stores a line end as CR LF and reads CR LF as one newline.
+//   With ccs the stream carries 16-bit text, UTF-16LE on disk: a byte-order
+//   mark is written on a file opened for writing that is empty, and read
+//   (and then honoured) on one that is not; a file without one is UTF-16LE.
+// On POSIX the FILE is a real C stream: a caller can use it with the C
+// library directly, and its byte offsets are those of the file.
+errno_t fopen_s(FILE** stream, const char* path, const char* mode);
+errno_t _wfopen_s(FILE** stream, const WCHAR* path, const WCHAR* mode);
+// Reads at most size - 1 elements up to and with a newline and terminates;
+// null when nothing was read. On a stream without ccs, fgetws takes each
+// byte as one unit and fputws writes units below 256 as one byte; a larger
+// unit sets the error mark.
+char* fgets(char* buffer, int size, FILE* stream);
+WCHAR* fgetws(WCHAR* buffer, int size, FILE* stream);
+int fputs(const char* text, FILE* stream);
+int fputws(const WCHAR* text, FILE* stream);
+int feof(FILE* stream);
+int ferror(FILE* stream);
+int fseek(FILE* stream, long offset, int origin);
+int fclose(FILE* stream);
 
 }  // namespace kz::os

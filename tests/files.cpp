@@ -1,0 +1,72 @@
+#include "files.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include "platform/platform.h"
+
+namespace kz::test {
+
+std::string program_path;
+
+wstring widen(const std::string& narrow) {
+  std::vector<wchar> wide(narrow.size() + 1);
+  KZ_SJIS2UNICODE(narrow.c_str(), wide.data(), static_cast<int32_t>(wide.size()));
+  return wide.data();
+}
+
+std::string narrow(const wstring& wide) {
+  std::vector<char> out(2 * wide.size() + 1);
+  KZ_UNICODE2SJIS(wide.c_str(), out.data(), static_cast<int32_t>(out.size()));
+  return out.data();
+}
+
+std::filesystem::path native(const std::string& library_path) {
+  wstring wide = widen(library_path);
+  for (auto& unit : wide)
+    if (unit == wchar('\\')) unit = wchar('/');
+  return std::filesystem::path(wide);
+}
+
+TempDir::TempDir() {
+  static std::atomic<int> serial{0};
+  char temp[260] = {};
+  kz::os::GetEnvironmentVariableA("TEMP", temp, sizeof temp);
+  const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+  root_ = std::string(temp) + "\\kz-" + (test != nullptr ? test->name() : "helper") + "-" +
+          std::to_string(std::rand() % 100000) + "-" + std::to_string(serial++);
+  std::filesystem::remove_all(native(root_));
+  std::filesystem::create_directories(native(root_));
+}
+
+TempDir::~TempDir() {
+  std::error_code ignored;
+  std::filesystem::remove_all(native(root_), ignored);
+}
+
+std::string TempDir::path(const std::string& name) const {
+  return name.empty() ? root_ : root_ + "\\" + name;
+}
+
+std::string read_bytes(const std::string& library_path) {
+  std::ifstream in(native(library_path), std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void write_bytes(const std::string& library_path, const std::string& bytes) {
+  std::ofstream out(native(library_path), std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void run_helper(const std::vector<std::string>& arguments) {
+  // Double quotes keep the backslashes of library paths for both shells.
+  std::string command = "\"" + program_path + "\" --kz-helper";
+  for (const auto& argument : arguments) command += " \"" + argument + "\"";
+  std::fflush(nullptr);
+  const int status = std::system(command.c_str());
+  ASSERT_EQ(status, 0) << command;
+}
+
+}  // namespace kz::test

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -60,13 +61,41 @@ void write_bytes(const std::string& library_path, const std::string& bytes) {
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-void run_helper(const std::vector<std::string>& arguments) {
+namespace {
+
+struct Registered {
+  const char* name;
+  HelperFunction run;
+};
+
+std::vector<Registered>& registry() {
+  static std::vector<Registered> helpers;
+  return helpers;
+}
+
+}  // namespace
+
+RegisterHelper::RegisterHelper(const char* name, HelperFunction run) {
+  registry().push_back({name, run});
+}
+
+int dispatch_helper(int argc, char** argv) {
+  if (argc >= 1)
+    for (const Registered& helper : registry())
+      if (std::strcmp(helper.name, argv[0]) == 0) return helper.run(argc, argv);
+  return helper_main(argc, argv);
+}
+
+int helper_status(const std::vector<std::string>& arguments) {
   // Double quotes keep the backslashes of library paths for both shells.
   std::string command = "\"" + program_path + "\" --kz-helper";
   for (const auto& argument : arguments) command += " \"" + argument + "\"";
   std::fflush(nullptr);
-  const int status = std::system(command.c_str());
-  ASSERT_EQ(status, 0) << command;
+  return std::system(command.c_str());
+}
+
+void run_helper(const std::vector<std::string>& arguments) {
+  ASSERT_EQ(helper_status(arguments), 0);
 }
 
 }  // namespace kz::test

@@ -90,6 +90,10 @@ int helper_status(const std::vector<std::string>& arguments) {
   // Double quotes keep the backslashes of library paths for both shells.
   std::string command = "\"" + program_path + "\" --kz-helper";
   for (const auto& argument : arguments) command += " \"" + argument + "\"";
+  // cmd.exe (Windows, where wchar_t has 16 bits) drops the first and the
+  // last quote of a command that holds more than two: one more pair keeps
+  // the rest.
+  if (sizeof(wchar_t) == 2) command = "\"" + command + "\"";
   std::fflush(nullptr);
   return std::system(command.c_str());
 }

@@ -210,7 +210,7 @@ errno_t _wfopen_s(FILE** stream, const WCHAR* path, const WCHAR* mode);
 // Reads at most size - 1 elements up to and with a newline and terminates;
 // null when nothing was read. On a stream without ccs, fgetws takes each
 // byte as one unit and fputws writes units below 256 as one byte; a larger
-// unit sets the error mark.
+// unit ends the write there, without the error mark.
 char* fgets(char* buffer, int size, FILE* stream);
 WCHAR* fgetws(WCHAR* buffer, int size, FILE* stream);
 int fputs(const char* text, FILE* stream);

@@ -84,15 +84,11 @@ TYPED_TEST(TextFiles, NarrowFilesHaveCrLfAndWideFilesUtf16WithAMark) {
     EXPECT_EQ(Twin<Ch>::TextFilePuts(file, in<Ch>("abc").c_str()), 1);
     const int32_t second = Twin<Ch>::TextFilePuts(file, in<Ch>(kJapanese).c_str());
     KZ_TextFileClose(file);
+    EXPECT_EQ(second, 1);
     // Flag 2 sends the narrow twin's text through the wide stream calls of a
-    // narrow stream, which take no unit beyond one byte.
-    if (c.wide == 2 && sizeof(Ch) == 1) {
-      EXPECT_EQ(second, 0);
-      EXPECT_EQ(read_bytes(this->dir.path("disk.txt")).substr(0, 5), "abc\r\n");
-    } else {
-      EXPECT_EQ(second, 1);
-      EXPECT_EQ(read_bytes(this->dir.path("disk.txt")), c.bytes) << c.wide;
-    }
+    // narrow stream, which write nothing from a unit beyond one byte on.
+    const bool cut = c.wide == 2 && sizeof(Ch) == 1;
+    EXPECT_EQ(read_bytes(this->dir.path("disk.txt")), cut ? "abc\r\n" : c.bytes) << c.wide;
     std::filesystem::remove(native(this->dir.path("disk.txt")));
   }
 }
@@ -135,8 +131,9 @@ TYPED_TEST(TextFiles, TheLastLineAndTheEndOfTheFile) {
     EXPECT_EQ(Twin<Ch>::TextFileGets(file, buffer.data(), 16), 0);
     EXPECT_EQ(KZ_TextFileEof(file), 1);
     EXPECT_EQ(str(buffer), converts ? text<Ch>("two") : std::basic_string<Ch>());
-    // Back to the start: the mark goes and the first line comes again.
-    EXPECT_EQ(KZ_TextFileSeek(file, 0, 0), 1);
+    // Back to the first line: the end-of-file mark goes. Offsets are the
+    // file's bytes, so the first line of a wide file starts behind its mark.
+    EXPECT_EQ(KZ_TextFileSeek(file, wide == 1 ? 2 : 0, 0), 1);
     EXPECT_EQ(KZ_TextFileEof(file), 0);
     EXPECT_EQ(Twin<Ch>::TextFileGets(file, buffer.data(), 16), 1);
     EXPECT_EQ(str(buffer), text<Ch>("one"));

@@ -6,7 +6,8 @@
 // What the C stream sees is the file less its byte-order mark, with CR LF
 // read as LF and LF written as CR LF, in bytes or in 16-bit units; fgetws and
 // fputws move 16-bit units through it in the file's byte order. Offsets are
-// those of the file, counted from behind the mark.
+// those of the file: a seek to 0 puts the byte-order mark before the next
+// read, which then gives it as the unit U+FEFF, as Windows' runtime does.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -76,8 +77,6 @@ struct Stream {
   int fd;
   bool text;
   std::size_t unit;  // 1, or 2 for 16-bit text
-  off_t base;        // bytes of the byte-order mark
-  bool wide_error;   // a unit that a narrow stream cannot take
   // Bytes read from the descriptor and not yet handed to the C stream.
   unsigned char raw[4096];
   std::size_t raw_at, raw_end;
@@ -88,7 +87,7 @@ struct Stream {
   Stream* next;
 };
 
-// The open streams, so that fgetws, fputws and ferror find a stream's
+// The open streams, so that fgetws and fputws find a stream's
 // record from its FILE.
 std::mutex registry_lock;
 Stream* registry = nullptr;
@@ -216,18 +215,9 @@ ssize_t write_stream(void* cookie, const char* buffer, std::size_t size) {
 int seek_stream(void* cookie, off64_t* offset, int whence) {
   Stream& s = *static_cast<Stream*>(cookie);
   drop_read_ahead(s);
-  off_t target;
-  if (whence == SEEK_SET) {
-    target = lseek(s.fd, s.base + *offset, SEEK_SET);
-  } else {
-    target = lseek(s.fd, *offset, whence);
-  }
-  if (target < s.base) {
-    if (target >= 0) lseek(s.fd, s.base, SEEK_SET);
-    errno = EINVAL;
-    return -1;
-  }
-  *offset = target - s.base;
+  const off_t target = lseek(s.fd, *offset, whence);
+  if (target < 0) return -1;
+  *offset = target;
   return 0;
 }
 
@@ -291,7 +281,6 @@ errno_t open_stream(FILE** result, const char* native, const Mode& mode) {
   s->fd = fd;
   s->text = mode.text;
   s->unit = mode.wide ? 2 : 1;
-  s->base = base;
   const cookie_io_functions_t io = {read_stream, write_stream, seek_stream, close_stream};
   const char* c_mode = mode.access == kGenericRead ? "r"
                        : (mode.flags & O_APPEND) != 0
@@ -365,14 +354,14 @@ WCHAR* fgetws(WCHAR* buffer, int size, FILE* stream) {
 int fputs(const char* text, FILE* stream) { return ::fputs(text, stream); }
 
 int fputws(const WCHAR* text, FILE* stream) {
-  Stream* s = record_of(stream);
+  const Stream* s = record_of(stream);
   const bool wide = s != nullptr && s->unit == 2;
   for (const WCHAR* p = text; *p != 0; ++p) {
     if (wide) {
       if (putc(*p & 0xFF, stream) == EOF || putc(*p >> 8, stream) == EOF) return EOF;
     } else if (*p > 0xFF) {
-      // A narrow stream of the runtime's "C" locale takes no such unit.
-      if (s != nullptr) s->wide_error = true;
+      // A narrow stream of the runtime's "C" locale takes no such unit: the
+      // write ends there, and the stream shows no error.
       return EOF;
     } else if (putc(*p, stream) == EOF) {
       return EOF;
@@ -383,10 +372,7 @@ int fputws(const WCHAR* text, FILE* stream) {
 
 int feof(FILE* stream) { return ::feof(stream); }
 
-int ferror(FILE* stream) {
-  const Stream* s = record_of(stream);
-  return ::ferror(stream) != 0 || (s != nullptr && s->wide_error) ? 1 : 0;
-}
+int ferror(FILE* stream) { return ::ferror(stream); }
 
 int fseek(FILE* stream, long offset, int origin) { return ::fseek(stream, offset, origin); }
 

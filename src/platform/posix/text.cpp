@@ -9,6 +9,7 @@
 // last element converted.
 #include <cstring>
 
+#include "frame/memory.h"
 #include "platform/cp932.h"
 #include "platform/platform.h"
 
@@ -411,15 +412,19 @@ WCHAR upper_unit(WCHAR c) {
 
 }  // namespace
 
+// As Windows does it: the text goes to wide text, is upper-cased there and
+// comes back within its own length. A byte that forms no character comes
+// back as the code page's substitute for it.
 char* CharUpperA(char* text) {
-  for (std::size_t i = 0; text[i] != 0; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (text[i + 1] != 0 && _ismbclegal(byte * 256u + static_cast<unsigned char>(text[i + 1]))) {
-      ++i;
-    } else if (byte >= 'a' && byte <= 'z') {
-      text[i] = static_cast<char>(byte - 0x20);
-    }
-  }
+  const auto bytes = static_cast<int>(std::strlen(text));
+  if (bytes == 0) return text;
+  WCHAR stack_units[260];
+  WCHAR* units = bytes < 260 ? stack_units : allocate_array<WCHAR>(static_cast<std::size_t>(bytes));
+  if (units == nullptr) return text;
+  const int count = MultiByteToWideChar(kAnsiCodePage, 0, text, bytes, units, bytes);
+  for (int i = 0; i < count; ++i) units[i] = upper_unit(units[i]);
+  WideCharToMultiByte(kAnsiCodePage, 0, units, count, text, bytes, nullptr, nullptr);
+  if (units != stack_units) release(units);
   return text;
 }
 

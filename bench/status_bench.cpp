@@ -7,6 +7,7 @@
 // in the other; half of it is the one-way latency. The pipe does the same
 // with one byte each way. The ratio is printed at the end.
 #include <benchmark/benchmark.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -23,54 +24,61 @@ namespace {
 constexpr uint32_t kTimeoutMs = 1000;
 double status_ns = 0, pipe_ns = 0;
 
-// The directory of the two status files: TMPDIR or /tmp, as a Windows path.
-std::string status_directory() {
+// A fresh directory for the two status files, so that no other file's
+// changes wake the waits: under TMPDIR or /tmp.
+std::string fresh_directory() {
   const char* tmp = std::getenv("TMPDIR");
-  return tmp != nullptr && tmp[0] != 0 ? tmp : "/tmp";
+  std::string pattern =
+      std::string(tmp != nullptr && tmp[0] != 0 ? tmp : "/tmp") + "/kz-bench-XXXXXX";
+  return mkdtemp(pattern.data()) != nullptr ? pattern : std::string();
 }
 
-// The child's side: echoes every value of ping into pong until "stop".
-[[noreturn]] void echo_status(const std::string& directory, const std::string& tag) {
-  StatusFileHandle* ping = KZ_StatusCreateFileA(("kz-ping-" + tag).c_str(), directory.c_str());
-  StatusFileHandle* pong = KZ_StatusCreateFileA(("kz-pong-" + tag).c_str(), directory.c_str());
+// The child's side: echoes every value of ping into pong, until it is
+// killed.
+[[noreturn]] void echo_status(const std::string& directory) {
+  StatusFileHandle* ping = KZ_StatusCreateFileA("ping", directory.c_str());
+  StatusFileHandle* pong = KZ_StatusCreateFileA("pong", directory.c_str());
   for (long n = 1;; ++n) {
     const std::string expected = std::to_string(n);
     // A value in the same tick as the wait's reference time shows at the
     // timeout: then the value is read.
-    char value[32] = {};
-    while (KZ_StatusIsStringWaitA(ping, expected.c_str(), kTimeoutMs) != 0) {
+    for (;;) {
+      if (KZ_StatusIsStringWaitA(ping, expected.c_str(), kTimeoutMs) == 0) break;
+      char value[32] = {};
       KZ_StatusGetStringA(ping, value, sizeof value);
-      if (expected == value || std::string(value) == "stop") break;
+      if (expected == value) break;
     }
-    if (std::string(value) == "stop") break;
     KZ_StatusSetStringA(pong, expected.c_str());
   }
-  KZ_StatusEndFile(ping, 0);
-  KZ_StatusEndFile(pong, 0);
-  std::_Exit(0);
 }
 
 void StatusRoundTrip(benchmark::State& state) {
-  const std::string directory = status_directory();
-  const std::string tag = std::to_string(getpid());
-  StatusFileHandle* ping = KZ_StatusCreateFileA(("kz-ping-" + tag).c_str(), directory.c_str());
-  StatusFileHandle* pong = KZ_StatusCreateFileA(("kz-pong-" + tag).c_str(), directory.c_str());
+  const std::string directory = fresh_directory();
+  StatusFileHandle* ping = KZ_StatusCreateFileA("ping", directory.c_str());
+  StatusFileHandle* pong = KZ_StatusCreateFileA("pong", directory.c_str());
   if (ping == nullptr || pong == nullptr) {
     state.SkipWithError("no status files");
     return;
   }
   const pid_t child = fork();
-  if (child == 0) echo_status(directory, tag);
+  if (child == 0) echo_status(directory);
   long n = 0, late = 0;
   for (auto _ : state) {
     const std::string value = std::to_string(++n);
     KZ_StatusSetStringA(ping, value.c_str());
-    while (KZ_StatusIsStringWaitA(pong, value.c_str(), kTimeoutMs) != 0) ++late;
+    for (;;) {
+      if (KZ_StatusIsStringWaitA(pong, value.c_str(), kTimeoutMs) == 0) break;
+      ++late;
+      char seen[32] = {};
+      KZ_StatusGetStringA(pong, seen, sizeof seen);
+      if (value == seen) break;
+    }
   }
-  KZ_StatusSetStringA(ping, "stop");
+  kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   KZ_StatusEndFile(ping, 0);
   KZ_StatusEndFile(pong, 0);
+  rmdir(directory.c_str());
   state.counters["timeouts"] = static_cast<double>(late);
 }
 

@@ -1,6 +1,7 @@
 #include "files.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -36,8 +37,16 @@ TempDir::TempDir() {
   char temp[260] = {};
   kz::os::GetEnvironmentVariableA("TEMP", temp, sizeof temp);
   const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  root_ = std::string(temp) + "\\kz-" + (test != nullptr ? test->name() : "helper") + "-" +
-          std::to_string(std::rand() % 100000) + "-" + std::to_string(serial++);
+  // The suite's name tells the twins of a typed test apart (its "/" made
+  // "-"), and the clock the processes that ctest runs at once, which share
+  // rand's sequence.
+  std::string name = "helper";
+  if (test != nullptr) name = std::string(test->test_suite_name()) + "-" + test->name();
+  for (char& c : name)
+    if (c == '/') c = '-';
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  root_ = std::string(temp) + "\\kz-" + name + "-" + std::to_string(now % 1000000007) + "-" +
+          std::to_string(serial++);
   std::filesystem::remove_all(native(root_));
   std::filesystem::create_directories(native(root_));
 }

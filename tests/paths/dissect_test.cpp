@@ -96,7 +96,7 @@ TYPED_TEST(Dissection, NullOrEmptyPathsFailAndEmptyTheirBuffersButTheDirectorys)
     for (const Ch* path : {static_cast<const Ch*>(nullptr), empty}) {
       auto out = sentinel_buffer<Ch>(4);
       EXPECT_EQ(run(op, path, out.data(), 4), -1);
-      EXPECT_EQ(out[0], op == Op::kDirectory ? Ch(0x7B) : Ch(0));
+      EXPECT_EQ(out[0], op == Op::kDirectory ? kSentinel<Ch> : Ch(0));
     }
   }
   EXPECT_EQ(Twin<Ch>::GetDriveNumber(static_cast<const Ch*>(nullptr)), -1);

@@ -450,7 +450,16 @@ KZ_API int32_t KZ_JournalOutA(const char* file_name, const char* message, uint32
                               int32_t wide, char delimiter);
 
 /* ---- Status files -------------------------------------------------------
- * Waits give 0 on a match, 1 on timeout, 2 on failure. */
+ * A status file is directory\name (the directory null: the variable
+ * "Temp"), shared by every process that creates it with the same names; it
+ * holds one value as raw narrow bytes, without terminator. The record is
+ * the caller's from KZ_StatusCreateFile* to a KZ_StatusEndFile that gives
+ * nonzero; the last process to end removes the file, and with wait set
+ * KZ_StatusEndFile returns only once the file is gone. A set replaces the
+ * whole value; the string getters read at most size bytes and give at most
+ * size - 1 of them. Waits give 0 on a match, 1 when no change came within
+ * the timeout (milliseconds, 0xFFFFFFFF for none), 2 on failure. Other
+ * results: nonzero done, 0 not done; null for no record. */
 KZ_API StatusFileHandle* KZ_StatusCreateFileW(const KZ_WCHAR* file_name, const KZ_WCHAR* directory);
 KZ_API StatusFileHandle* KZ_StatusCreateFileA(const char* file_name, const char* directory);
 KZ_API int32_t KZ_StatusEndFile(StatusFileHandle* status, int32_t wait);

@@ -1,7 +1,9 @@
 #include "files.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -35,8 +37,16 @@ TempDir::TempDir() {
   char temp[260] = {};
   kz::os::GetEnvironmentVariableA("TEMP", temp, sizeof temp);
   const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  root_ = std::string(temp) + "\\kz-" + (test != nullptr ? test->name() : "helper") + "-" +
-          std::to_string(std::rand() % 100000) + "-" + std::to_string(serial++);
+  // The suite's name tells the twins of a typed test apart (its "/" made
+  // "-"), and the clock the processes that ctest runs at once, which share
+  // rand's sequence.
+  std::string name = "helper";
+  if (test != nullptr) name = std::string(test->test_suite_name()) + "-" + test->name();
+  for (char& c : name)
+    if (c == '/') c = '-';
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  root_ = std::string(temp) + "\\kz-" + name + "-" + std::to_string(now % 1000000007) + "-" +
+          std::to_string(serial++);
   std::filesystem::remove_all(native(root_));
   std::filesystem::create_directories(native(root_));
 }
@@ -60,7 +70,32 @@ void write_bytes(const std::string& library_path, const std::string& bytes) {
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-void run_helper(const std::vector<std::string>& arguments) {
+namespace {
+
+struct Registered {
+  const char* name;
+  HelperFunction run;
+};
+
+std::vector<Registered>& registry() {
+  static std::vector<Registered> helpers;
+  return helpers;
+}
+
+}  // namespace
+
+RegisterHelper::RegisterHelper(const char* name, HelperFunction run) {
+  registry().push_back({name, run});
+}
+
+int dispatch_helper(int argc, char** argv) {
+  if (argc >= 1)
+    for (const Registered& helper : registry())
+      if (std::strcmp(helper.name, argv[0]) == 0) return helper.run(argc, argv);
+  return helper_main(argc, argv);
+}
+
+int helper_status(const std::vector<std::string>& arguments) {
   // Double quotes keep the backslashes of library paths for both shells.
   std::string command = "\"" + program_path + "\" --kz-helper";
   for (const auto& argument : arguments) command += " \"" + argument + "\"";
@@ -69,8 +104,11 @@ void run_helper(const std::vector<std::string>& arguments) {
   // the rest.
   if (sizeof(wchar_t) == 2) command = "\"" + command + "\"";
   std::fflush(nullptr);
-  const int status = std::system(command.c_str());
-  ASSERT_EQ(status, 0) << command;
+  return std::system(command.c_str());
+}
+
+void run_helper(const std::vector<std::string>& arguments) {
+  ASSERT_EQ(helper_status(arguments), 0);
 }
 
 }  // namespace kz::test

@@ -54,8 +54,18 @@ void write_bytes(const std::string& library_path, const std::string& bytes);
 // and waits for it. The helper writes its findings into a file that the
 // caller names among the arguments.
 void run_helper(const std::vector<std::string>& arguments);
+// The same, giving the helper's exit status instead of asserting on it, so
+// that it can run on a thread of its own beside other helpers.
+int helper_status(const std::vector<std::string>& arguments);
 // The helper's side: main hands it the arguments behind "--kz-helper".
+// A helper registered under the name of its first argument runs first;
+// helper_main takes the rest.
 int helper_main(int argc, char** argv);
+using HelperFunction = int (*)(int argc, char** argv);
+struct RegisterHelper {
+  RegisterHelper(const char* name, HelperFunction run);
+};
+int dispatch_helper(int argc, char** argv);
 // Remembered by main for run_helper.
 extern std::string program_path;
 

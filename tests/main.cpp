@@ -11,7 +11,7 @@
 int main(int argc, char** argv) {
   kz::test::program_path = argv[0];
   if (argc >= 2 && std::strcmp(argv[1], "--kz-helper") == 0)
-    return kz::test::helper_main(argc - 2, argv + 2);
+    return kz::test::dispatch_helper(argc - 2, argv + 2);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

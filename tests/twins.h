@@ -90,18 +90,28 @@ struct Twin;
   KZ_TWIN(TextFilePuts, suffix)     \
   KZ_TWIN(JournalOut, suffix)
 
+// Status files and their waits.
+#define KZ_STATUS_TWINS(suffix)     \
+  KZ_TWIN(StatusCreateFile, suffix) \
+  KZ_TWIN(StatusSetString, suffix)  \
+  KZ_TWIN(StatusGetString, suffix)  \
+  KZ_TWIN(StatusIsStringWait, suffix)
+
 template <>
 struct Twin<char> {
   KZ_TWINS(A)
   KZ_FILE_TWINS(A)
+  KZ_STATUS_TWINS(A)
 };
 
 template <>
 struct Twin<wchar> {
   KZ_TWINS(W)
   KZ_FILE_TWINS(W)
+  KZ_STATUS_TWINS(W)
 };
 
+#undef KZ_STATUS_TWINS
 #undef KZ_FILE_TWINS
 #undef KZ_TWINS
 #undef KZ_TWIN

@@ -248,4 +248,50 @@ int ferror(FILE* stream);
 int fseek(FILE* stream, long offset, int origin);
 int fclose(FILE* stream);
 
+// ---- File transfers (file_io.cpp) ------------------------------------------
+// Reads and writes at a handle's own position, as CreateFile gave it.
+inline constexpr DWORD kFileBegin = 0;  // FILE_BEGIN
+inline constexpr DWORD kInvalidSetFilePointer = 0xFFFFFFFF;
+inline constexpr DWORD kFileAttributeTemporary = 0x100;
+
+// Moves the position to distance (with *high as its upper 32 bits when
+// given) from the start, the position or the end (0, 1, 2). Gives the low
+// 32 bits of the new position, kInvalidSetFilePointer on failure.
+DWORD SetFilePointer(HANDLE file, LONG distance, LONG* high, DWORD method);
+// The file ends at the position: cut there or grown with zeros.
+BOOL SetEndOfFile(HANDLE file);
+// Nonzero when all count bytes went in at the position; *done tells how many.
+BOOL WriteFile(HANDLE file, const void* data, DWORD count, DWORD* done, void* overlapped);
+// Nonzero when the read worked, also when fewer bytes than count or none
+// were there; *done tells how many came.
+BOOL ReadFile(HANDLE file, void* buffer, DWORD count, DWORD* done, void* overlapped);
+// Nonzero when what was written has reached the file.
+BOOL FlushFileBuffers(HANDLE file);
+// Nonzero when the file is gone. No open of this library shares delete, so
+// the call fails while any process still holds the file open.
+BOOL DeleteFileA(const char* path);
+
+// ---- Change notification and waiting (notify.cpp) ------------------------
+// A change handle watches one directory (never its subtree) and is
+// signalled when a file in it gets a new last write time. It stays
+// signalled until FindNextChangeNotification re-arms it; changes that come
+// after the signal and before the re-arm are kept, so the next wait
+// returns at once. A directory that is not there gives kInvalidHandle.
+inline constexpr DWORD kFileNotifyChangeLastWrite = 0x10;
+inline constexpr DWORD kInfinite = 0xFFFFFFFF;
+inline constexpr DWORD kWaitObject0 = 0;
+inline constexpr DWORD kWaitAbandoned = 0x80;
+inline constexpr DWORD kWaitTimeout = 258;
+inline constexpr DWORD kWaitFailed = 0xFFFFFFFF;
+
+HANDLE FindFirstChangeNotificationA(const char* directory, BOOL subtree, DWORD filter);
+BOOL FindNextChangeNotification(HANDLE change);
+BOOL FindCloseChangeNotification(HANDLE change);
+// Waits for a change handle to be signalled: kWaitObject0 when it is,
+// kWaitTimeout when timeout milliseconds passed first (kInfinite waits
+// without end), kWaitFailed for a handle that is no change handle.
+DWORD WaitForSingleObject(HANDLE object, DWORD timeout);
+// Pauses the calling thread for that many milliseconds.
+void Sleep(DWORD milliseconds);
+
 }  // namespace kz::os

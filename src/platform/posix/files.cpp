@@ -18,17 +18,12 @@ namespace {
 
 using posix::kNativePathMax;
 
-// A file handle is its descriptor, moved clear of null and of the invalid
-// handle. No FindNextFile is offered, so a search keeps no state and its
-// handle is a token.
-constexpr std::intptr_t kDescriptorBias = 0x1000;
-HANDLE const kSearchToken = reinterpret_cast<HANDLE>(std::intptr_t{0x4});
+using posix::descriptor_of;
+using posix::handle_of;
 
-HANDLE handle_of(int fd) { return reinterpret_cast<HANDLE>(fd + kDescriptorBias); }
-int descriptor_of(HANDLE handle) {
-  const auto value = reinterpret_cast<std::intptr_t>(handle);
-  return value >= kDescriptorBias ? static_cast<int>(value - kDescriptorBias) : -1;
-}
+// No FindNextFile is offered, so a search keeps no state and its handle is
+// a token.
+HANDLE const kSearchToken = reinterpret_cast<HANDLE>(std::intptr_t{0x4});
 
 FILETIME file_time(const struct statx_timestamp& t) {
   // Seconds from 1601 to 1970, and ticks of 100 ns.
@@ -132,7 +127,8 @@ DWORD deliver(const Ch* text, DWORD length, Ch* buffer, DWORD size) {
   return length;
 }
 
-HANDLE create_file(const char* native, DWORD access, DWORD share, DWORD disposition) {
+HANDLE create_file(const char* native, DWORD access, DWORD share, DWORD disposition,
+                   int retries = 8) {
   int flags = O_CLOEXEC | O_NOCTTY;
   if (disposition == 1) flags |= O_CREAT | O_EXCL;  // CREATE_NEW
   if (disposition == kCreateAlways || disposition == kOpenAlways) flags |= O_CREAT;
@@ -151,6 +147,13 @@ HANDLE create_file(const char* native, DWORD access, DWORD share, DWORD disposit
   if (fstat(fd, &st) != 0 || S_ISDIR(st.st_mode) || !posix::take_share(fd, access, share)) {
     close(fd);
     return kInvalidHandle;
+  }
+  // A DeleteFile that ran between the open and the share lock removed the
+  // name: this open holds a file nobody else can reach, so it starts over.
+  if (fstat(fd, &st) != 0 || st.st_nlink == 0) {
+    close(fd);
+    return retries > 0 ? create_file(native, access, share, disposition, retries - 1)
+                       : kInvalidHandle;
   }
   // A file is cut only once the open is allowed.
   if ((disposition == kCreateAlways || disposition == 5) && ftruncate(fd, 0) != 0) {

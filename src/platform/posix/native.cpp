@@ -131,16 +131,28 @@ bool take_share(int fd, DWORD access, DWORD share) {
   const bool writes = (access & kGenericWrite) != 0;
   const bool denies_read = (share & kFileShareRead) == 0;
   const bool denies_write = (share & kFileShareWrite) == 0;
-  while (flock(fd, LOCK_EX) != 0)
-    if (errno != EINTR) return false;
+  if (!lock_shares(fd)) return false;
   const bool conflict =
       (reads && held_elsewhere(fd, kDeniesRead)) || (writes && held_elsewhere(fd, kDeniesWrite)) ||
       (denies_read && held_elsewhere(fd, kReads)) || (denies_write && held_elsewhere(fd, kWrites));
   const bool taken = !conflict && (!reads || hold(fd, kReads)) && (!writes || hold(fd, kWrites)) &&
                      (!denies_read || hold(fd, kDeniesRead)) &&
                      (!denies_write || hold(fd, kDeniesWrite));
-  flock(fd, LOCK_UN);
+  unlock_shares(fd);
   return taken;
+}
+
+bool lock_shares(int fd) {
+  while (flock(fd, LOCK_EX) != 0)
+    if (errno != EINTR) return false;
+  return true;
+}
+
+void unlock_shares(int fd) { flock(fd, LOCK_UN); }
+
+bool open_anywhere(int fd) {
+  return held_elsewhere(fd, kReads) || held_elsewhere(fd, kWrites) ||
+         held_elsewhere(fd, kDeniesRead) || held_elsewhere(fd, kDeniesWrite);
 }
 
 }  // namespace kz::os::posix

@@ -76,6 +76,20 @@ Decoded decode(const char* src, std::size_t size, Unit* dst, bool final) {
       ++i;
       continue;
     }
+    // Well-formed two- and three-byte sequences, most of Japanese text,
+    // without the general rule: E0 and ED have narrower second bytes.
+    if (i + 3 <= size && lead >= 0xE1 && lead <= 0xEF && lead != 0xED &&
+        (in[i + 1] & 0xC0) == 0x80 && (in[i + 2] & 0xC0) == 0x80) {
+      dst[out++] =
+          static_cast<Unit>(((lead & 0x0F) << 12) | ((in[i + 1] & 0x3F) << 6) | (in[i + 2] & 0x3F));
+      i += 3;
+      continue;
+    }
+    if (i + 2 <= size && lead >= 0xC2 && lead <= 0xDF && (in[i + 1] & 0xC0) == 0x80) {
+      dst[out++] = static_cast<Unit>(((lead & 0x1F) << 6) | (in[i + 1] & 0x3F));
+      i += 2;
+      continue;
+    }
     const LeadRule rule = lead_rule(lead);
     if (rule.count == 0) {
       replace(i, 1);
@@ -129,6 +143,15 @@ Encoded encode(const Unit* src, std::size_t size, char* dst, bool final) {
   std::size_t i = 0, out = 0;
   const auto put = [&](unsigned value) { dst[out++] = static_cast<char>(value); };
   while (i < size) {
+    // Runs of ASCII, four units at a time.
+    while (i + 4 <= size &&
+           ((static_cast<char16_t>(src[i]) | static_cast<char16_t>(src[i + 1]) |
+             static_cast<char16_t>(src[i + 2]) | static_cast<char16_t>(src[i + 3])) &
+            0xFF80) == 0) {
+      for (int k = 0; k < 4; ++k) dst[out + k] = static_cast<char>(src[i + k]);
+      i += 4, out += 4;
+    }
+    if (i == size) break;
     char32_t code = static_cast<char16_t>(src[i]);
     if (code < 0x80) {
       put(code);

@@ -172,11 +172,13 @@ class Encoder {
     if (wide_.size() < size + 1) wide_.resize(size + 1);
     const auto decoded = kz::utf8::decode(text, size, wide_.data(), end);
     wide_[decoded.written] = 0;
+    // A NUL unit comes only from a NUL byte, and most text has none.
+    const bool nul = std::memchr(text, 0, decoded.read) != nullptr;
     std::size_t units_before = 0, bytes_before = 0;  // where the current piece starts
     for (std::size_t start = 0;;) {
       const KZ_WCHAR* piece = wide_.data() + start;
-      std::size_t units = 0;
-      while (piece[units] != 0) ++units;
+      std::size_t units = nul ? 0 : decoded.written;
+      while (nul && piece[units] != 0) ++units;
       if (units > 0) {
         const std::size_t capacity = 2 * units + 1;
         char* bytes = out.room(capacity);
@@ -288,7 +290,7 @@ int run_stream(const Options& options, Convert convert, Whole whole, Describe de
   Bytes converted;
   Tally total;
   Place place;
-  Tally* tally = options.mode == Mode::kWindows ? nullptr : &total;
+  Tally* tally = &total;
   const int status = for_each_input(options.files, [&](const InputName& name, char* data,
                                                        std::size_t size, bool end,
                                                        std::size_t& used) {

@@ -20,6 +20,21 @@ void restore_console() {
   if (console_code_page != 0) SetConsoleOutputCP(console_code_page);
 }
 
+// The system's text for an error code, as UTF-8 on one line.
+std::string system_message(DWORD code) {
+  wchar_t* text = nullptr;
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+      nullptr, code, 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  std::string message = length ? kz::utf8::from_utf16<wchar_t>(std::wstring_view(text, length))
+                               : "error " + std::to_string(code);
+  if (text) LocalFree(text);
+  while (!message.empty() && (message.back() == '\n' || message.back() == '\r' ||
+                              message.back() == ' ' || message.back() == '.'))
+    message.pop_back();
+  return message;
+}
+
 }  // namespace
 
 void setup_streams() {
@@ -52,16 +67,19 @@ long read(int handle, void* buffer, std::size_t size, std::string& error) {
 }
 
 int write_output(const char* data, std::size_t size, std::string& error) {
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   while (size > 0) {
-    const unsigned chunk = size > (1u << 30) ? 1u << 30 : static_cast<unsigned>(size);
-    const int put = _write(1, data, chunk);
-    if (put < 0 && errno == EPIPE) return 1;
-    if (put <= 0) {
-      error = strerror(put < 0 ? errno : EIO);
+    const DWORD chunk = size > (1u << 30) ? 1u << 30 : static_cast<DWORD>(size);
+    DWORD put = 0;
+    if (!WriteFile(output, data, chunk, &put, nullptr) || put == 0) {
+      const DWORD code = GetLastError();
+      if (code == ERROR_BROKEN_PIPE || code == ERROR_NO_DATA || code == ERROR_PIPE_NOT_CONNECTED)
+        return 1;  // the reader has gone
+      error = system_message(code);
       return -1;
     }
     data += put;
-    size -= static_cast<std::size_t>(put);
+    size -= put;
   }
   return 0;
 }

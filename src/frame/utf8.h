@@ -61,28 +61,28 @@ Decoded decode(const char* src, std::size_t size, Unit* dst, bool final) {
     dst[out++] = static_cast<Unit>(kReplacement);
   };
   while (i < size) {
-    // Runs of ASCII, eight bytes at a time.
-    while (i + 8 <= size) {
-      std::uint64_t word;
-      std::memcpy(&word, in + i, 8);
-      if (word & 0x8080808080808080u) break;
-      for (int k = 0; k < 8; ++k) dst[out + k] = static_cast<Unit>(in[i + k]);
-      i += 8, out += 8;
-    }
-    if (i == size) break;
     const unsigned char lead = in[i];
     if (lead < 0x80) {
-      dst[out++] = static_cast<Unit>(lead);
-      ++i;
+      // A run of ASCII, eight bytes at a time.
+      for (std::uint64_t word; i + 8 <= size; i += 8, out += 8) {
+        std::memcpy(&word, in + i, 8);
+        if (word & 0x8080808080808080u) break;
+        for (int k = 0; k < 8; ++k) dst[out + k] = static_cast<Unit>(in[i + k]);
+      }
+      while (i < size && in[i] < 0x80) dst[out++] = static_cast<Unit>(in[i++]);
       continue;
     }
     // Well-formed two- and three-byte sequences, most of Japanese text,
     // without the general rule: E0 and ED have narrower second bytes.
     if (i + 3 <= size && lead >= 0xE1 && lead <= 0xEF && lead != 0xED &&
         (in[i + 1] & 0xC0) == 0x80 && (in[i + 2] & 0xC0) == 0x80) {
-      dst[out++] =
-          static_cast<Unit>(((lead & 0x0F) << 12) | ((in[i + 1] & 0x3F) << 6) | (in[i + 2] & 0x3F));
-      i += 3;
+      // and the ones that follow it, without going round the loop.
+      do {
+        dst[out++] = static_cast<Unit>(((in[i] & 0x0F) << 12) | ((in[i + 1] & 0x3F) << 6) |
+                                       (in[i + 2] & 0x3F));
+        i += 3;
+      } while (i + 3 <= size && in[i] >= 0xE1 && in[i] <= 0xEF && in[i] != 0xED &&
+               (in[i + 1] & 0xC0) == 0x80 && (in[i + 2] & 0xC0) == 0x80);
       continue;
     }
     if (i + 2 <= size && lead >= 0xC2 && lead <= 0xDF && (in[i + 1] & 0xC0) == 0x80) {

@@ -131,19 +131,19 @@ class Decoder {
     out.commit(written.written);
   }
 
-  // Finds the sequences that are not code page 932 text. Only the units that
-  // such a sequence can give are worth a closer look, and most blocks have
-  // none; then each character of the piece is matched with its unit.
+  // Finds the sequences that are not code page 932 text, matching each
+  // character of the piece with its unit; runs of ASCII, one unit a byte,
+  // are passed over eight at a time.
   void check(const char* piece, std::size_t size, std::size_t offset, std::size_t units,
              Tally& tally) {
-    bool suspect = false;
-    for (std::size_t k = 0; k < units; ++k) {
-      const auto unit = static_cast<char16_t>(wide_[k]);
-      suspect |= unit == replacement_ || unit == 0x80 || (unit & 0xFFFC) == 0xF8F0;
-    }
-    if (!suspect) return;
     std::size_t i = 0, k = 0;
-    for (; i < size && k < units; ++k) {
+    while (i < size && k < units) {
+      std::uint64_t word;
+      if (i + 8 <= size && k + 8 <= units &&
+          (std::memcpy(&word, piece + i, 8), (word & 0x8080808080808080u) == 0)) {
+        i += 8, k += 8;
+        continue;
+      }
       const auto byte = static_cast<unsigned char>(piece[i]);
       const std::size_t length = is_lead_byte(byte) && i + 1 < size ? 2 : 1;
       const bool bad = is_lead_byte(byte)
@@ -151,7 +151,7 @@ class Decoder {
                                  (length == 1 || std::memcmp(piece + i, own_pair_, 2) != 0)
                            : !is_assigned_single(byte);
       if (bad) tally.note(offset + i, length);
-      i += length;
+      i += length, ++k;
     }
   }
 
@@ -184,68 +184,70 @@ class Encoder {
         char* bytes = out.room(capacity);
         const int32_t result = KZ_UNICODE2SJIS(piece, bytes, static_cast<int32_t>(capacity));
         const std::size_t written = result > 1 ? static_cast<std::size_t>(result - 2) : 0;
-        if (tally) check(piece, units, bytes, written, bytes_before, decoded, *tally);
+        if (tally) bytes_before = check(piece, units, bytes_before, decoded, *tally);
         out.commit(written);
       }
       units_before = start + units;
       if (units_before == decoded.written) break;
       out.push('\0');
       start = units_before + 1;
-      if (tally)
-        bytes_before += kz::utf8::encode(piece, units + 1, scratch(units + 1), true).written;
+      ++bytes_before;  // the NUL
     }
     return decoded.read;
   }
 
  private:
-  char* scratch(std::size_t units) {
-    if (scratch_.size() < 3 * units) scratch_.resize(3 * units);
-    return scratch_.data();
-  }
-
-  // Decodes the piece's bytes again: where every character came back, each
-  // had an exact form. Otherwise each character from the first difference on
-  // is taken there and back alone.
-  void check(const KZ_WCHAR* piece, std::size_t units, const char* bytes, std::size_t written,
-             std::size_t bytes_before, const kz::utf8::Decoded& decoded, Tally& tally) {
-    if (back_.size() < written + 1) back_.resize(written + 1);
-    std::string narrow(bytes, written);
-    const int32_t result =
-        KZ_SJIS2UNICODE(narrow.c_str(), back_.data(), static_cast<int32_t>(written + 1));
-    const std::size_t back = result > 1 ? static_cast<std::size_t>(result - 2) : 0;
-    std::size_t same = 0;
-    while (same < units && same < back && back_[same] == piece[same]) ++same;
-    if (same == units && back == units) return;
-    std::size_t at = bytes_before + kz::utf8::encode(piece, same, scratch(same), true).written;
-    for (std::size_t k = same; k < units;) {
-      const bool pair =
-          k + 1 < units && (piece[k] & 0xFC00) == 0xD800 && (piece[k + 1] & 0xFC00) == 0xDC00;
-      const std::size_t length = pair ? 2 : 1;
-      KZ_WCHAR one[3] = {piece[k], pair ? piece[k + 1] : KZ_WCHAR{0}, 0};
-      char narrow_one[8];
-      KZ_WCHAR again[4];
-      KZ_UNICODE2SJIS(one, narrow_one, sizeof narrow_one);
-      KZ_SJIS2UNICODE(narrow_one, again, 4);
-      const std::size_t utf8_length = kz::utf8::encode(one, length, scratch(length), true).written;
-      if (again[0] != one[0] || again[1] != one[1]) {
-        const char32_t code =
-            pair ? 0x10000 + ((char32_t(one[0]) - 0xD800) << 10) + (char32_t(one[1]) - 0xDC00)
-                 : char32_t(static_cast<char16_t>(one[0]));
-        // U+FFFD at the place of invalid input: that input is the finding.
-        const bool invalid = code == kz::utf8::kReplacement && at == decoded.first_bad;
-        if (invalid)
-          tally.note(decoded.first_bad, decoded.bad_length, 0);
-        else
-          tally.note(at, utf8_length, code);
-        if (invalid) at += decoded.bad_length - utf8_length;
-      }
-      at += utf8_length;
-      k += length;
+  // Whether a unit comes back from code page 932 as itself, learnt from
+  // the platform the first time the unit is met.
+  bool exact(char16_t unit) {
+    std::uint8_t& known = exact_[unit];
+    if (known == kUnknown) {
+      const KZ_WCHAR one[2] = {static_cast<KZ_WCHAR>(unit), 0};
+      char narrow[8];
+      KZ_WCHAR back[4];
+      const bool same = KZ_UNICODE2SJIS(one, narrow, sizeof narrow) > 1 &&
+                        KZ_SJIS2UNICODE(narrow, back, 4) > 1 && back[0] == one[0] && back[1] == 0;
+      known = same ? kExact : kChanged;
     }
+    return known == kExact;
   }
 
-  std::vector<KZ_WCHAR> wide_, back_;
-  std::vector<char> scratch_;
+  // Notes each character of the piece that has no exact form, at its byte
+  // offset in the input, and gives the offset behind the piece. A surrogate
+  // pair never has one.
+  std::size_t check(const KZ_WCHAR* piece, std::size_t units, std::size_t at,
+                    const kz::utf8::Decoded& decoded, Tally& tally) {
+    for (std::size_t k = 0; k < units;) {
+      const auto unit = static_cast<char16_t>(piece[k]);
+      if (unit < 0x80) {
+        ++k, ++at;
+        continue;
+      }
+      const bool pair = (unit & 0xFC00) == 0xD800 && k + 1 < units &&
+                        (static_cast<char16_t>(piece[k + 1]) & 0xFC00) == 0xDC00;
+      const std::size_t length = pair ? 4 : unit < 0x800 ? 2 : 3;
+      if (pair || !exact(unit)) {
+        const char32_t code = pair ? 0x10000 + ((char32_t(unit) - 0xD800) << 10) +
+                                         (char32_t(static_cast<char16_t>(piece[k + 1])) - 0xDC00)
+                                   : char32_t(unit);
+        // U+FFFD at the place of the first invalid input: that input is the
+        // finding, and the offsets behind it move by its length.
+        if (code == kz::utf8::kReplacement && at == decoded.first_bad) {
+          tally.note(at, decoded.bad_length, 0);
+          at += decoded.bad_length - length;
+        } else {
+          tally.note(at, length, code);
+        }
+      }
+      at += length;
+      k += pair ? 2 : 1;
+    }
+    return at;
+  }
+
+  static constexpr std::uint8_t kUnknown = 0, kExact = 1, kChanged = 2;
+  std::vector<std::uint8_t> exact_ = std::vector<std::uint8_t>(65536, kUnknown);
+  std::vector<KZ_WCHAR> wide_;
 };
 
 // ---- The commands -----------------------------------------------------------

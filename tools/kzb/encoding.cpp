@@ -292,7 +292,6 @@ int run_stream(const Options& options, Convert convert, Whole whole, Describe de
   Bytes converted;
   Tally total;
   Place place;
-  Tally* tally = &total;
   const int status = for_each_input(options.files, [&](const InputName& name, char* data,
                                                        std::size_t size, bool end,
                                                        std::size_t& used) {
@@ -308,25 +307,23 @@ int run_stream(const Options& options, Convert convert, Whole whole, Describe de
     }
     converted.clear();
     Tally found;
-    used = convert(data, usable, end, converted, tally ? &found : nullptr);
-    if (tally) {
-      total.changed += found.changed;
-      if (options.mode == Mode::kStrict && found.changed > 0) {
-        // Write the lines before the one with the finding, then tell it.
-        std::size_t line_start = found.offset;
-        while (line_start > 0 && data[line_start - 1] != '\n') --line_start;
-        std::uint64_t line = place.line;
-        for (std::size_t i = 0; i < line_start; ++i) line += data[i] == '\n';
-        const std::uint64_t column =
-            found.offset - line_start + 1 + (line_start == 0 ? place.column : 0);
-        converted.clear();
-        convert(data, line_start, true, converted, nullptr);
-        out().write(std::string_view(converted.data(), converted.size()));
-        const std::string file = name.standard() ? "" : name.name + ": ";
-        return fail(kFailed, "%sline %llu, byte %llu: %s", file.c_str(),
-                    static_cast<unsigned long long>(line), static_cast<unsigned long long>(column),
-                    describe(data + found.offset, found).c_str());
-      }
+    used = convert(data, usable, end, converted, &found);
+    total.changed += found.changed;
+    if (options.mode == Mode::kStrict && found.changed > 0) {
+      // Write the lines before the one with the finding, then tell it.
+      std::size_t line_start = found.offset;
+      while (line_start > 0 && data[line_start - 1] != '\n') --line_start;
+      std::uint64_t line = place.line;
+      for (std::size_t i = 0; i < line_start; ++i) line += data[i] == '\n';
+      const std::uint64_t column =
+          found.offset - line_start + 1 + (line_start == 0 ? place.column : 0);
+      converted.clear();
+      convert(data, line_start, true, converted, nullptr);
+      out().write(std::string_view(converted.data(), converted.size()));
+      const std::string file = name.standard() ? "" : name.name + ": ";
+      return fail(kFailed, "%sline %llu, byte %llu: %s", file.c_str(),
+                  static_cast<unsigned long long>(line), static_cast<unsigned long long>(column),
+                  describe(data + found.offset, found).c_str());
     }
     if (options.mode == Mode::kStrict) {
       const char* newline = nullptr;
@@ -339,7 +336,7 @@ int run_stream(const Options& options, Convert convert, Whole whole, Describe de
     if (end) place = Place{};
     return kOk;
   });
-  if (status == kOk && tally && (total.changed > 0 || options.mode == Mode::kReport))
+  if (status == kOk && (total.changed > 0 || options.mode == Mode::kReport))
     std::fprintf(stderr, "kzb: %llu sequence%s replaced or changed\n",
                  static_cast<unsigned long long>(total.changed), total.changed == 1 ? "" : "s");
   return status;

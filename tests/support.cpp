@@ -9,15 +9,9 @@ wstring utf16(const std::string& utf8) { return kz::utf8::to_utf16<wchar>(utf8);
 std::string utf8(const wstring& wide) { return kz::utf8::from_utf16<wchar>(wide); }
 
 SYSTEMTIME system_time(int year, int month, int day, int hour, int minute, int second, int ms) {
-  SYSTEMTIME t{};
-  t.wYear = static_cast<uint16_t>(year);
-  t.wMonth = static_cast<uint16_t>(month);
-  t.wDay = static_cast<uint16_t>(day);
-  t.wHour = static_cast<uint16_t>(hour);
-  t.wMinute = static_cast<uint16_t>(minute);
-  t.wSecond = static_cast<uint16_t>(second);
-  t.wMilliseconds = static_cast<uint16_t>(ms);
-  return t;
+  const auto field = [](int value) { return static_cast<uint16_t>(value); };
+  return {field(year),   field(month),  0,        field(day), field(hour),
+          field(minute), field(second), field(ms)};
 }
 
 std::int64_t ticks(const FILETIME& moment) {

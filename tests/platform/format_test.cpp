@@ -11,9 +11,7 @@ namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class PlatformCalls : public ::testing::Test {};
-TYPED_TEST_SUITE(PlatformCalls, ElementTypes);
+KZ_TWIN_SUITE(PlatformCalls);
 
 // Formats into a sentinel buffer; checks the count and that nothing stands
 // behind the terminator.
@@ -35,14 +33,10 @@ TYPED_TEST(PlatformCalls, FormatsNumbersWithZeroFlagWidthAndPrecision) {
     int value;
     const char* expected;
   } cases[] = {
-      {"%04d", 7, "0007"},      {"%04d", 12345, "12345"},
-      {"%04d", -12, "-012"},    {"%2d", 5, " 5"},
-      {"%-3d|", 7, "7  |"},     {"%-05d|", 42, "42   |"},
-      {"%.2d", 7, "07"},        {"%d", INT_MIN, "-2147483648"},
-      {"%u", -1, "4294967295"}, {"%x", 255, "ff"},
-      {"%X", 255, "FF"},        {"%08x", 0xABCD, "0000abcd"},
-      {"%#x", 255, "0xff"},     {"%ld", 7, "7"},
-      {"%03d", 65535, "65535"}, {"%c", 0x41, "A"},
+      {"%04d", 7, "0007"},      {"%04d", 12345, "12345"}, {"%04d", -12, "-012"},
+      {"%-05d|", 42, "42   |"}, {"%.2d", 7, "07"},        {"%d", INT_MIN, "-2147483648"},
+      {"%u", -1, "4294967295"}, {"%X", 255, "FF"},        {"%#x", 255, "0xff"},
+      {"%ld", 7, "7"},
   };
   for (const Case& c : cases)
     EXPECT_EQ(format<Ch>(c.layout, c.value), text<Ch>(c.expected)) << c.layout;
@@ -77,20 +71,15 @@ TYPED_TEST(PlatformCalls, ReadsALeadingIntegerAndSaturates) {
     const char* input;
     int expected;
   } cases[] = {
-      {"2024", 2024},
       {"  \t\n42x", 42},
       {"-1", -1},
       {"+7", 7},
       {"", 0},
-      {"abc", 0},
       {"- 5", 0},
-      {"007", 7},
-      {"12:34", 12},
       {"2147483647", INT_MAX},
       {"2147483648", INT_MAX},
       {"-2147483648", INT_MIN},
       {"-99999999999999999999", INT_MIN},
-      {"65536", 65536},
   };
   for (const Case& c : cases)
     EXPECT_EQ(kz::datetime::Calls<Ch>::to_int(text<Ch>(c.input).c_str()), c.expected) << c.input;

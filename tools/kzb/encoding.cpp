@@ -217,7 +217,14 @@ class Encoder {
   // pair never has one.
   std::size_t check(const KZ_WCHAR* piece, std::size_t units, std::size_t at,
                     const kz::utf8::Decoded& decoded, Tally& tally) {
+    static_assert(sizeof(KZ_WCHAR) == 2);
     for (std::size_t k = 0; k < units;) {
+      // Runs of ASCII, four units at a time.
+      std::uint64_t four;
+      if (k + 4 <= units && (std::memcpy(&four, piece + k, 8), (four & 0xFF80FF80FF80FF80u) == 0)) {
+        k += 4, at += 4;
+        continue;
+      }
       const auto unit = static_cast<char16_t>(piece[k]);
       if (unit < 0x80) {
         ++k, ++at;

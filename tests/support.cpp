@@ -14,14 +14,4 @@ SYSTEMTIME system_time(int year, int month, int day, int hour, int minute, int s
           field(minute), field(second), field(ms)};
 }
 
-std::int64_t ticks(const FILETIME& moment) {
-  return static_cast<std::int64_t>((static_cast<std::uint64_t>(moment.dwHighDateTime) << 32) |
-                                   moment.dwLowDateTime);
-}
-
-FILETIME moment(std::int64_t ticks) {
-  const auto bits = static_cast<std::uint64_t>(ticks);
-  return {static_cast<std::uint32_t>(bits), static_cast<std::uint32_t>(bits >> 32)};
-}
-
 }  // namespace kz::test

@@ -11,6 +11,7 @@
 
 #include "frame/memory.h"
 #include "kz_basis.h"
+#include "platform/filetime.h"
 #include "twins.h"
 
 namespace kz::test {
@@ -79,8 +80,12 @@ template <class Ch>
 // A calendar record, and a moment as one count of ticks and back.
 SYSTEMTIME system_time(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
                        int ms = 0);
-std::int64_t ticks(const FILETIME& moment);
-FILETIME moment(std::int64_t ticks);
+inline std::int64_t ticks(const FILETIME& moment) {
+  return static_cast<std::int64_t>(kz::os::to_ticks(moment));
+}
+inline FILETIME moment(std::int64_t ticks) {
+  return kz::os::to_file_time(static_cast<std::uint64_t>(ticks));
+}
 
 // Runs `body` with the allocator failing once at the n-th allocation, for
 // n = 1, 2, ... until a run makes no n-th allocation; then once more with

@@ -112,7 +112,9 @@ TYPED_TEST(TextToDate, FileTimeReadsMillisecondsAsAWholeNumber) {
   };
   for (const Case& c : cases) {
     const int64_t got = read(c.input), after = c.milliseconds_after_base;
-    EXPECT_EQ(got == kRefused ? got : got - base, after == kRefused ? after : after * 10'000)
+    EXPECT_EQ(
+        got == kRefused ? got : got - base,
+        after == kRefused ? after : after * static_cast<int64_t>(kz::os::kTicksPerMillisecond))
         << c.input;
   }
 }

@@ -118,9 +118,11 @@ TYPED_TEST(ZoneText, WrittenMomentsReadBackExactly) {
   const int64_t first = utc_ticks(1602, 1, 1, 0, 0), last = utc_ticks(30827, 12, 30, 0, 0);
   for (int i = 0; i < 500; ++i) {
     state = state * 6364136223846793005ull + 1442695040888963407ull;
-    const auto ms =
-        static_cast<int64_t>((state >> 11) % static_cast<uint64_t>((last - first) / 10'000));
-    const FILETIME original = moment(first + ms * 10'000);
+    const auto ms = static_cast<int64_t>(
+        (state >> 11) %
+        static_cast<uint64_t>((last - first) / static_cast<int64_t>(kz::os::kTicksPerMillisecond)));
+    const FILETIME original =
+        moment(first + ms * static_cast<int64_t>(kz::os::kTicksPerMillisecond));
     Ch out[32];
     ASSERT_NE(Twin<Ch>::FileTimeString(&original, out, 1, Ch('/'), Ch('T')), 0);
     FILETIME back{};

@@ -4,7 +4,7 @@
 #include <climits>
 #include <string>
 
-#include "datetime/datetime.h"
+#include "frame/text.h"
 #include "support.h"
 
 namespace {
@@ -18,8 +18,7 @@ KZ_TWIN_SUITE(PlatformCalls);
 template <class Ch, class... Args>
 std::basic_string<Ch> format(const char* layout, Args... args) {
   auto buffer = sentinel_buffer<Ch>(2000);
-  const int written =
-      kz::datetime::Calls<Ch>::format(buffer.data(), text<Ch>(layout).c_str(), args...);
+  const int written = kz::Text<Ch>::format(buffer.data(), text<Ch>(layout).c_str(), args...);
   const auto out = str(buffer);
   EXPECT_EQ(written, static_cast<int>(out.size())) << layout;
   EXPECT_TRUE(untouched_from(buffer, out.size() + 1)) << layout;
@@ -59,7 +58,7 @@ TYPED_TEST(PlatformCalls, FormatStopsAtTheSystemLimitOf1024Elements) {
   const std::basic_string<Ch> long_text(1500, static_cast<Ch>('a'));
   auto buffer = sentinel_buffer<Ch>(2000);
   const int written =
-      kz::datetime::Calls<Ch>::format(buffer.data(), text<Ch>("%s").c_str(), long_text.c_str());
+      kz::Text<Ch>::format(buffer.data(), text<Ch>("%s").c_str(), long_text.c_str());
   EXPECT_EQ(written, 1024);  // the count of a cut text is the limit itself
   EXPECT_EQ(str(buffer), long_text.substr(0, 1023));
   EXPECT_TRUE(untouched_from(buffer, 1024));
@@ -82,7 +81,7 @@ TYPED_TEST(PlatformCalls, ReadsALeadingIntegerAndSaturates) {
       {"-99999999999999999999", INT_MIN},
   };
   for (const Case& c : cases)
-    EXPECT_EQ(kz::datetime::Calls<Ch>::to_int(text<Ch>(c.input).c_str()), c.expected) << c.input;
+    EXPECT_EQ(kz::Text<Ch>::to_int(text<Ch>(c.input).c_str()), c.expected) << c.input;
 }
 
 TYPED_TEST(PlatformCalls, ComparesFoldingAsciiCaseOnly) {
@@ -93,8 +92,7 @@ TYPED_TEST(PlatformCalls, ComparesFoldingAsciiCaseOnly) {
   } cases[] = {{"Jan", "jAN", 0}, {"", "", 0},   {"Jan", "January", -1}, {"Jan", "", 1},
                {"a", "B", -1},    {"[", "{", -1}};  // neighbours of letters do not fold
   for (const Case& c : cases) {
-    const int result =
-        kz::datetime::Calls<Ch>::compare_folded(text<Ch>(c.a).c_str(), text<Ch>(c.b).c_str());
+    const int result = kz::Text<Ch>::compare_folded(text<Ch>(c.a).c_str(), text<Ch>(c.b).c_str());
     EXPECT_EQ((result > 0) - (result < 0), c.sign) << c.a << " vs " << c.b;
   }
 }

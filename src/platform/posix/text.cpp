@@ -7,17 +7,26 @@
 // needed, a destination too small gets what fits (never half of a
 // double-byte character) and the result 0, and nothing is written behind the
 // last element converted.
+//
+// The work is done by kernels (text_paths.h): a plain one here, and vector
+// ones for each instruction set on x86-64, of which the widest the processor
+// runs is chosen when the library loads.
 #include <cstring>
 
 #include "platform/cp932.h"
 #include "platform/platform.h"
+#include "platform/posix/text_paths.h"
 
-#if defined(__SSE2__)
+#if defined(__x86_64__) && defined(__SSE2__)
 #include <emmintrin.h>
+#define KZ_X86_PATHS 1
+#else
+#define KZ_X86_PATHS 0
 #endif
 
-// Whether a scan for the terminator may read whole aligned words that hold
-// it: never under AddressSanitizer, which reports what lies behind it.
+// Whether a scan for the terminator may read 16 bytes that hold it, as long
+// as they lie in one page: never under AddressSanitizer, which reports what
+// lies behind the terminator.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
 #define KZ_UNDER_ASAN 1
@@ -25,205 +34,24 @@
 #endif
 #if defined(__SANITIZE_ADDRESS__) || defined(KZ_UNDER_ASAN)
 #define KZ_ALIGNED_OVERREAD 0
-#elif defined(__SSE2__)
-#define KZ_ALIGNED_OVERREAD 1
 #else
-#define KZ_ALIGNED_OVERREAD 0
+#define KZ_ALIGNED_OVERREAD KZ_X86_PATHS
 #endif
 
 namespace kz::os {
-namespace {
 
-using cp932::kDecode;
-using cp932::kLeadIndex;
-
-// ---- Decoding ---------------------------------------------------------------
-// A lead byte takes the byte after it as its trail, whatever its value, unless
-// the text ends there or that byte is 0: then the lead byte stands alone.
-
-// The unit of every byte together with the byte after it, indexed by the
-// two as a little-endian 16-bit word (byte | next << 8), as it lies in
-// memory: a lead byte with a nonzero next byte gives the pair's unit, any
-// other byte its own unit.
-// Derived at compile time from the checked-in table (128 KiB of read-only
-// data), so that the blocks look a character up with one load from where it
-// starts, whatever it is.
-struct DecodeByWord {
-  char16_t units[65536];
-};
+namespace cp932_paths {
 
 constexpr DecodeByWord make_decode_by_word() {
   DecodeByWord table{};
   for (unsigned next = 0; next < 256; ++next)
     for (unsigned byte = 0; byte < 256; ++byte) {
-      const unsigned row = kLeadIndex[byte];
+      const unsigned row = cp932::kLeadIndex[byte];
       table.units[next * 256 + byte] =
-          row != 0 && next != 0 ? kDecode[row * 256 + next] : kDecode[byte];
+          row != 0 && next != 0 ? cp932::kDecode[row * 256 + next] : cp932::kDecode[byte];
     }
   return table;
 }
-
-constexpr DecodeByWord kDecodeByWord = make_decode_by_word();
-
-#if defined(__SSE2__)
-// Bit k set where byte k of the Width at p has its high bit, or is a lead
-// byte (Width is 16 or 64).
-template <int Width>
-std::uint64_t byte_mask(const unsigned char* p, bool leads) {
-  std::uint64_t mask = 0;
-  for (int part = 0; part < Width / 16; ++part) {
-    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * part));
-    if (leads) {
-      // 0x81-0x9F and 0xE0-0xFC become 0xA1-0xDC by flipping bit 5; that
-      // range, moved to start at -128, is what lies below -128 + 0x3C.
-      bytes = _mm_xor_si128(bytes, _mm_set1_epi8(0x20));
-      bytes = _mm_sub_epi8(bytes, _mm_set1_epi8(static_cast<char>(0xA1)));
-      bytes = _mm_xor_si128(bytes, _mm_set1_epi8(static_cast<char>(0x80)));
-      bytes = _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(0x80 + 0x3C)));
-    }
-    mask |= static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(bytes)))
-            << (16 * part);
-  }
-  return mask;
-}
-
-// Widens Width ASCII bytes to units.
-template <int Width>
-void widen_ascii(const unsigned char* src, char16_t* dst) {
-  const __m128i zero = _mm_setzero_si128();
-  for (int part = 0; part < Width / 16; ++part) {
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + 16 * part));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part), _mm_unpacklo_epi8(bytes, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 16 * part + 8),
-                     _mm_unpackhi_epi8(bytes, zero));
-  }
-}
-
-// The trail positions among 64 bytes whose lead bytes are `leads`: in a
-// run of lead bytes every other one is a trail, counted from the run's
-// start. (The same carry trick finds escaped characters after runs of
-// backslashes.) last_is_pair tells whether the last byte is a lead byte
-// that takes the byte behind the block.
-std::uint64_t trail_positions(std::uint64_t leads, bool& last_is_pair) {
-  constexpr std::uint64_t even = 0x5555555555555555ULL;
-  const std::uint64_t follows_lead = leads << 1;
-  const std::uint64_t odd_starts = leads & ~even & ~follows_lead;
-  std::uint64_t sum = 0;
-  last_is_pair = __builtin_add_overflow(odd_starts, leads, &sum);
-  return (even ^ (sum << 1)) & follows_lead;
-}
-
-// The unit of the character that starts at p.
-inline char16_t unit_at(const unsigned char* p) {
-  std::uint16_t word;
-  std::memcpy(&word, p, 2);
-  return kDecodeByWord.units[word];
-}
-
-// Decodes blocks of 64 bytes from in while they lie before `nonzero`,
-// the text's terminator, and fit in the destination: an ASCII block is
-// widened, any other is cut into characters by bit masks and each
-// character looked up where it starts. The byte behind a block is readable
-// (at worst the terminator), which a pair at the block's end needs.
-//
-// The blocks look characters up in groups of eight, so that the
-// loop's length varies little and its end is predicted; a group's spare
-// lookups write up to seven junk units behind the block's characters. Those
-// blocks keep 16 bytes of text behind them, at least eight more units, and
-// room for them, so that later units always overwrite the junk.
-template <bool Checked>
-void decode_blocks(const unsigned char* src, std::size_t& in, std::size_t nonzero, char16_t* dst,
-                   std::size_t& out, std::size_t capacity) {
-  constexpr int Width = 64;
-  constexpr std::size_t text_after = 16, room_after = 8;
-  while (in + Width + text_after <= nonzero && (!Checked || out + Width + room_after <= capacity)) {
-    const unsigned char* block = src + in;
-    if (byte_mask<Width>(block, false) == 0) {
-      widen_ascii<Width>(block, dst + out);
-      in += Width;
-      out += Width;
-      continue;
-    }
-    bool last_is_pair = false;
-    std::uint64_t starts = ~trail_positions(byte_mask<Width>(block, true), last_is_pair);
-    const auto count = static_cast<unsigned>(__builtin_popcountll(starts));
-    for (unsigned done = 0; done < count; done += 8)
-      for (unsigned k = 0; k < 8; ++k) {
-        // Past the last start this looks up the block's last byte.
-        dst[out + done + k] = unit_at(block + __builtin_ctzll(starts | 1ULL << 63));
-        starts &= starts - 1;
-      }
-    out += count;
-    // A lead byte before the terminator stands alone.
-    in += Width + (last_is_pair && block[Width] != 0 ? 1 : 0);
-  }
-}
-#endif
-
-// Decodes length bytes; the first `nonzero` of them are known to be nonzero
-// (the text before its terminator), which lets whole blocks be decided from
-// bit masks. With Checked, the output stops at capacity and the result is
-// -1 when the bytes do not fit.
-template <bool Checked>
-long decode_run(const unsigned char* src, std::size_t length, std::size_t nonzero, char16_t* dst,
-                std::size_t capacity) {
-  std::size_t in = 0, out = 0;
-#if defined(__SSE2__)
-  decode_blocks<Checked>(src, in, nonzero, dst, out, capacity);
-#else
-  (void)nonzero;
-#endif
-  while (in < length) {
-#if defined(__SSE2__)
-    // Sixteen ASCII bytes at a time where a run of them starts.
-    if (src[in] < 0x80 && in + 16 <= nonzero && (!Checked || out + 16 <= capacity)) {
-      const unsigned high = static_cast<unsigned>(byte_mask<16>(src + in, false));
-      if (high == 0) {
-        widen_ascii<16>(src + in, dst + out);
-        in += 16;
-        out += 16;
-        continue;
-      }
-      for (const std::size_t end = in + static_cast<unsigned>(__builtin_ctz(high)); in < end;)
-        dst[out++] = src[in++];
-    }
-#endif
-    if (Checked && out == capacity) return -1;
-    const unsigned byte = src[in];
-    const unsigned row = kLeadIndex[byte];
-    if (row != 0 && in + 1 < length && src[in + 1] != 0) {
-      dst[out++] = kDecode[row * 256u + src[in + 1]];
-      in += 2;
-    } else {
-      dst[out++] = kDecode[byte];
-      in += 1;
-    }
-  }
-  return static_cast<long>(out);
-}
-
-std::size_t decoded_length(const unsigned char* src, std::size_t length) {
-  std::size_t trails = 0;
-  for (std::size_t in = 0; in + 1 < length; ++in) {
-    if (kLeadIndex[src[in]] != 0 && src[in + 1] != 0) {
-      ++trails;
-      ++in;
-    }
-  }
-  return length - trails;
-}
-
-// ---- Encoding ---------------------------------------------------------------
-// Each unit on its own: a lone surrogate, and each half of a pair, take the
-// default character like any unit without a narrow form.
-
-// The encoding table spread out to one entry a unit for the blocks (derived
-// at compile time from the paged table; 128 KiB of read-only data), with
-// the bytes of each unit as they lie in memory (a double-byte value has its lead
-// byte in the low half, so that a 16-bit store writes lead, then trail).
-struct EncodeInOrder {
-  std::uint16_t bytes[65536];
-};
 
 constexpr EncodeInOrder make_encode_in_order() {
   EncodeInOrder table{};
@@ -235,91 +63,253 @@ constexpr EncodeInOrder make_encode_in_order() {
   return table;
 }
 
-constexpr EncodeInOrder kEncodeInOrder = make_encode_in_order();
+constinit const DecodeByWord kDecodeByWord = make_decode_by_word();
+constinit const EncodeInOrder kEncodeInOrder = make_encode_in_order();
 
-// Writes the bytes of one unit as two bytes at once: for a single byte the
-// second is junk that the next unit overwrites. Gives the count of real bytes.
-inline unsigned put_unit(unsigned char* dst, char16_t unit) {
-  const std::uint16_t in_order = kEncodeInOrder.bytes[unit];
-  std::memcpy(dst, &in_order, 2);
-  // 2 above 0xFF. Written as arithmetic: a comparison here costs a quarter
-  // of the encoder's speed on Japanese text.
-  return 1 + ((in_order + 0xFF00u) >> 16);
-}
+}  // namespace cp932_paths
 
-#if defined(__SSE2__)
-// The bytes of eight units when all of them are ASCII, packed into the low
-// half of the result; `ascii` tells whether they are.
-inline __m128i ascii_units(const char16_t* src, bool& ascii) {
-  const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
-  const __m128i beyond_ascii = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
-  ascii = _mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF;
-  return _mm_packus_epi16(units, units);
-}
-#endif
+namespace {
+
+using cp932_paths::Kernels;
+
+// ---- The plain kernels ------------------------------------------------------
+// One character at a time, for any processor; the model the others are
+// checked against.
 
 template <bool Checked>
-long encode_run(const char16_t* src, std::size_t length, unsigned char* dst, std::size_t capacity) {
+long plain_decode(const unsigned char* src, std::size_t length, std::size_t, char16_t* dst,
+                  std::size_t capacity) {
   std::size_t in = 0, out = 0;
-  // Blocks of 16 units leave a unit behind them to overwrite their junk
-  // byte, and room for it, so nothing shows where the platform writes nothing.
-  while (in + 16 < length && (!Checked || out + 34 <= capacity)) {
-#if defined(__SSE2__)
-    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
-    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 8));
-    const __m128i beyond_ascii =
-        _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(static_cast<short>(0xFF80)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(beyond_ascii, _mm_setzero_si128())) == 0xFFFF) {
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), _mm_packus_epi16(low, high));
-      in += 16;
-      out += 16;
-      continue;
-    }
-#endif
-    for (int k = 0; k < 16; ++k) out += put_unit(dst + out, src[in + k]);
-    in += 16;
-  }
-  // Blocks of 8 the same way near the end of the text or the destination,
-  // where short texts spend most of their time.
-  while (in + 8 <= length) {
-#if defined(__SSE2__)
-    bool ascii = false;
-    const __m128i packed = ascii_units(src + in, ascii);
-    if (ascii) {
-      if (Checked && out + 8 > capacity) break;
-      _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + out), packed);
-      in += 8;
-      out += 8;
-      continue;
-    }
-#endif
-    if (in + 8 == length || (Checked && out + 17 > capacity)) break;
-    for (int k = 0; k < 8; ++k) out += put_unit(dst + out, src[in + k]);
-    in += 8;
-  }
   while (in < length) {
-    const std::uint16_t in_order = kEncodeInOrder.bytes[src[in++]];
-    const unsigned count = 1 + ((in_order + 0xFF00u) >> 16);
-    unsigned char bytes[2];
-    std::memcpy(bytes, &in_order, 2);
-    // Two bytes at once while a unit follows that overwrites a junk byte
-    // and is sure to fit behind it.
-    if (in < length && (!Checked || out + 3 <= capacity)) {
-      std::memcpy(dst + out, bytes, 2);
+    if (Checked && out == capacity) return -1;
+    const unsigned byte = src[in];
+    if (cp932::kLeadIndex[byte] != 0 && in + 1 < length && src[in + 1] != 0) {
+      dst[out++] = cp932::decode_pair(static_cast<unsigned char>(byte), src[in + 1]);
+      in += 2;
     } else {
-      if (Checked && capacity - out < count) return -1;
-      std::memcpy(dst + out, bytes, count);
+      dst[out++] = cp932::decode_single(static_cast<unsigned char>(byte));
+      in += 1;
     }
-    out += count;
   }
   return static_cast<long>(out);
 }
 
-std::size_t encoded_length(const char16_t* src, std::size_t length) {
-  std::size_t doubles = 0;
-  for (std::size_t in = 0; in < length; ++in) doubles += cp932::encode_unit(src[in]) > 0xFF;
-  return length + doubles;
+template <bool Checked>
+long plain_encode(const char16_t* src, std::size_t length, unsigned char* dst,
+                  std::size_t capacity) {
+  std::size_t out = 0;
+  for (std::size_t in = 0; in < length; ++in) {
+    const unsigned bytes = cp932::encode_unit(src[in]);
+    const unsigned count = bytes > 0xFF ? 2 : 1;
+    if (Checked && capacity - out < count) return -1;
+    if (count == 2) dst[out++] = static_cast<unsigned char>(bytes >> 8);
+    dst[out++] = static_cast<unsigned char>(bytes);
+  }
+  return static_cast<long>(out);
 }
+
+constexpr Kernels kPlain = {"plain", plain_decode<false>, plain_decode<true>, plain_encode<false>,
+                            plain_encode<true>};
+
+// ---- Choosing the kernels ----------------------------------------------------
+
+struct Paths {
+  const Kernels* each[4] = {&kPlain};
+  int count = 1;
+};
+
+Paths find_paths() {
+  Paths paths;
+#if KZ_X86_PATHS
+  __builtin_cpu_init();
+  const Kernels* found[] = {
+      cp932_paths::sse2_kernels(),
+      __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") &&
+              __builtin_cpu_supports("popcnt")
+          ? cp932_paths::avx2_kernels()
+          : nullptr,
+      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+              __builtin_cpu_supports("avx512vbmi2") && __builtin_cpu_supports("bmi2") &&
+              __builtin_cpu_supports("popcnt")
+          ? cp932_paths::avx512_kernels()
+          : nullptr,
+  };
+  for (const Kernels* kernels : found)
+    if (kernels != nullptr) paths.each[paths.count++] = kernels;
+#endif
+  return paths;
+}
+
+const Paths& paths() {
+  static const Paths found = find_paths();
+  return found;
+}
+
+// The plain kernels until the library's initialisation picks the widest.
+const Kernels* active = &kPlain;
+[[maybe_unused]] const bool kPicked = [] {
+  active = paths().each[paths().count - 1];
+  return true;
+}();
+
+// ---- Terminated text --------------------------------------------------------
+
+#if KZ_ALIGNED_OVERREAD
+// The short calls find the terminator while they convert: 16 bytes at a
+// time where they lie in one page (so they cannot fault, though they may
+// read behind the terminator), until the terminator, a character outside
+// ASCII (taken one at a time), the destination's end or this many elements.
+constexpr std::size_t kOnePass = 64;
+
+template <std::size_t Bytes = 16>
+inline bool within_page(const void* p) {
+  return (reinterpret_cast<std::uintptr_t>(p) & 4095) <= 4096 - Bytes;
+}
+
+// Stores the first `count` 16-bit lanes of low:high (count <= 16).
+inline void store_units(char16_t* dst, __m128i low, __m128i high, unsigned count) {
+  if (count == 16) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), low);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 8), high);
+    return;
+  }
+  if (count & 8) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), low);
+    low = high;
+    dst += 8;
+  }
+  if (count & 4) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), low);
+    low = _mm_srli_si128(low, 8);
+    dst += 4;
+  }
+  if (count & 2) {
+    const auto two = static_cast<std::uint32_t>(_mm_cvtsi128_si32(low));
+    std::memcpy(dst, &two, 4);
+    low = _mm_srli_si128(low, 4);
+    dst += 2;
+  }
+  if (count & 1) *dst = static_cast<char16_t>(_mm_cvtsi128_si32(low));
+}
+
+// Stores the first `count` bytes of packed (count <= 16).
+inline void store_bytes(unsigned char* dst, __m128i packed, unsigned count) {
+  if (count == 16) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), packed);
+    return;
+  }
+  if (count & 8) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(dst), packed);
+    packed = _mm_srli_si128(packed, 8);
+    dst += 8;
+  }
+  auto bytes = static_cast<std::uint64_t>(_mm_cvtsi128_si64(packed));
+  if (count & 4) {
+    const auto four = static_cast<std::uint32_t>(bytes);
+    std::memcpy(dst, &four, 4);
+    bytes >>= 32;
+    dst += 4;
+  }
+  if (count & 2) {
+    const auto two = static_cast<std::uint16_t>(bytes);
+    std::memcpy(dst, &two, 2);
+    bytes >>= 16;
+    dst += 2;
+  }
+  if (count & 1) *dst = static_cast<unsigned char>(bytes);
+}
+
+// The count written, terminator included, or -1 when the text does not fit;
+// or -2 with `in` and `out` where the rest starts.
+long decode_start(const unsigned char* src, char16_t* dst, std::size_t capacity, std::size_t& in,
+                  std::size_t& out) {
+  const __m128i zero = _mm_setzero_si128();
+  while (in < kOnePass && within_page<32>(src + in)) {
+    __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+    const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 16));
+    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(first, zero))) |
+                       static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(second, zero))) << 16;
+    const unsigned stops = zeros | static_cast<unsigned>(_mm_movemask_epi8(first)) |
+                           static_cast<unsigned>(_mm_movemask_epi8(second)) << 16;
+    const unsigned ascii = stops == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(stops));
+    const unsigned ends = ascii < 32 ? zeros >> ascii & 1 : 0;
+    unsigned count = ascii + ends;
+    if (out + count > capacity) break;
+    char16_t* at = dst + out;
+    if (count >= 16) {
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(at), _mm_unpacklo_epi8(first, zero));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(at + 8), _mm_unpackhi_epi8(first, zero));
+      first = second;
+      at += 16;
+      count -= 16;
+    }
+    store_units(at, _mm_unpacklo_epi8(first, zero), _mm_unpackhi_epi8(first, zero), count);
+    if (ascii == 32) {
+      in += 32;
+      out += 32;
+      continue;
+    }
+    in += ascii;
+    out += ascii;
+    if (ends) return static_cast<long>(out + 1);
+    // The byte behind a nonzero byte is readable.
+    do {
+      if (out == capacity) return -1;
+      const unsigned byte = src[in], next = src[in + 1];
+      if (cp932::kLeadIndex[byte] != 0 && next != 0) {
+        dst[out++] = cp932_paths::kDecodeByWord.units[byte | next << 8];
+        in += 2;
+      } else {
+        dst[out++] = cp932::kDecode[byte];
+        in += 1;
+      }
+    } while (src[in] >= 0x80);
+  }
+  return -2;
+}
+
+long encode_start(const char16_t* src, unsigned char* dst, std::size_t capacity, std::size_t& in,
+                  std::size_t& out) {
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
+  while (in < kOnePass && within_page<32>(src + in)) {
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in));
+    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + in + 8));
+    // One bit a unit: the low 16 bits for the terminator, the high 16 for ASCII.
+    const auto zeros = static_cast<unsigned>(_mm_movemask_epi8(
+        _mm_packs_epi16(_mm_cmpeq_epi16(low, zero), _mm_cmpeq_epi16(high, zero))));
+    const auto ascii_units = static_cast<unsigned>(_mm_movemask_epi8(
+        _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(low, beyond_ascii), zero),
+                        _mm_cmpeq_epi16(_mm_and_si128(high, beyond_ascii), zero))));
+    const __m128i packed = _mm_packus_epi16(low, high);
+    const unsigned stops = zeros | (~ascii_units & 0xFFFF);
+    if (stops == 0) {
+      if (out + 16 > capacity) break;
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + out), packed);
+      in += 16;
+      out += 16;
+      continue;
+    }
+    const auto ascii = static_cast<unsigned>(__builtin_ctz(stops));
+    const unsigned ends = zeros >> ascii & 1;
+    if (out + ascii + ends > capacity) break;
+    store_bytes(dst + out, packed, ascii + ends);
+    in += ascii;
+    out += ascii;
+    if (ends) return static_cast<long>(out + 1);
+    // The unit behind a nonzero unit is readable.
+    do {
+      const std::uint16_t in_order = cp932_paths::kEncodeInOrder.bytes[src[in++]];
+      const unsigned count = 1 + ((in_order + 0xFF00u) >> 16);
+      if (capacity - out < count) return -1;
+      dst[out] = static_cast<unsigned char>(in_order);
+      if (count == 2) dst[out + 1] = static_cast<unsigned char>(in_order >> 8);
+      out += count;
+    } while (src[in] >= 0x80);
+  }
+  return -2;
+}
+#endif
 
 std::size_t wide_length(const char16_t* text) {
 #if KZ_ALIGNED_OVERREAD
@@ -347,26 +337,90 @@ std::size_t wide_length(const char16_t* text) {
   return static_cast<std::size_t>(end - text);
 }
 
+long decode_terminated(const Kernels& kernels, const unsigned char* src, char16_t* dst,
+                       std::size_t capacity) {
+  std::size_t in = 0, out = 0;
+#if KZ_ALIGNED_OVERREAD
+  if (&kernels != &kPlain) {
+    const long done = decode_start(src, dst, capacity, in, out);
+    if (done != -2) return done;
+  }
+#endif
+  const std::size_t nonzero = std::strlen(reinterpret_cast<const char*>(src + in));
+  // Each byte gives at most one unit.
+  const long rest =
+      capacity - out >= nonzero + 1
+          ? kernels.decode_fits(src + in, nonzero + 1, nonzero, dst + out, capacity - out)
+          : kernels.decode_bounded(src + in, nonzero + 1, nonzero, dst + out, capacity - out);
+  return rest < 0 ? -1 : static_cast<long>(out) + rest;
+}
+
+long encode_terminated(const Kernels& kernels, const char16_t* src, unsigned char* dst,
+                       std::size_t capacity) {
+  std::size_t in = 0, out = 0;
+#if KZ_ALIGNED_OVERREAD
+  if (&kernels != &kPlain) {
+    const long done = encode_start(src, dst, capacity, in, out);
+    if (done != -2) return done;
+  }
+#endif
+  const std::size_t length = wide_length(src + in) + 1;
+  // Each unit gives at most two bytes.
+  const long rest = capacity - out >= 2 * length
+                        ? kernels.encode_fits(src + in, length, dst + out, capacity - out)
+                        : kernels.encode_bounded(src + in, length, dst + out, capacity - out);
+  return rest < 0 ? -1 : static_cast<long>(out) + rest;
+}
+
+std::size_t decoded_length(const unsigned char* src, std::size_t length) {
+  std::size_t trails = 0;
+  for (std::size_t in = 0; in + 1 < length; ++in) {
+    if (cp932::kLeadIndex[src[in]] != 0 && src[in + 1] != 0) {
+      ++trails;
+      ++in;
+    }
+  }
+  return length - trails;
+}
+
+std::size_t encoded_length(const char16_t* src, std::size_t length) {
+  std::size_t doubles = 0;
+  for (std::size_t in = 0; in < length; ++in) doubles += cp932::encode_unit(src[in]) > 0xFF;
+  return length + doubles;
+}
+
 // The platform's result: the count, or 0 when it does not fit in an int or
 // in the destination.
 int result_of(long count) { return count < 0 || count > 0x7FFFFFFF ? 0 : static_cast<int>(count); }
 
 }  // namespace
 
+int code_page_path_count() { return paths().count; }
+
+const char* use_code_page_path(int path) {
+  if (path < 0 || path >= paths().count) return nullptr;
+  active = paths().each[path];
+  return active->name;
+}
+
 int MultiByteToWideChar(UINT, DWORD, const char* src, int src_length, WCHAR* dst, int dst_size) {
   if (src == nullptr || src_length == 0 || src_length < -1 || dst_size < 0 ||
       (dst_size > 0 && dst == nullptr))
     return 0;
   const auto* bytes = reinterpret_cast<const unsigned char*>(src);
-  // A length of -1 converts the terminator as well.
-  const std::size_t nonzero = src_length < 0 ? std::strlen(src) : 0;
-  const std::size_t length = src_length < 0 ? nonzero + 1 : static_cast<std::size_t>(src_length);
-  if (dst_size == 0) return result_of(static_cast<long>(decoded_length(bytes, length)));
   auto* out = reinterpret_cast<char16_t*>(dst);
   const auto capacity = static_cast<std::size_t>(dst_size);
+  if (dst_size == 0) {
+    // A length of -1 converts the terminator as well.
+    const std::size_t length =
+        src_length < 0 ? std::strlen(src) + 1 : static_cast<std::size_t>(src_length);
+    return result_of(static_cast<long>(decoded_length(bytes, length)));
+  }
+  if (src_length < 0) return result_of(decode_terminated(*active, bytes, out, capacity));
+  const auto length = static_cast<std::size_t>(src_length);
   // Each byte gives at most one unit.
-  return result_of(capacity >= length ? decode_run<false>(bytes, length, nonzero, out, capacity)
-                                      : decode_run<true>(bytes, length, nonzero, out, capacity));
+  return result_of(capacity >= length ? active->decode_fits(bytes, length, 0, out, capacity)
+                                      : active->decode_bounded(bytes, length, 0, out, capacity));
 }
 
 int WideCharToMultiByte(UINT, DWORD, const WCHAR* src, int src_length, char* dst, int dst_size,
@@ -375,14 +429,18 @@ int WideCharToMultiByte(UINT, DWORD, const WCHAR* src, int src_length, char* dst
       (dst_size > 0 && dst == nullptr))
     return 0;
   const auto* units = reinterpret_cast<const char16_t*>(src);
-  const std::size_t length =
-      src_length < 0 ? wide_length(units) + 1 : static_cast<std::size_t>(src_length);
-  if (dst_size == 0) return result_of(static_cast<long>(encoded_length(units, length)));
   auto* out = reinterpret_cast<unsigned char*>(dst);
   const auto capacity = static_cast<std::size_t>(dst_size);
+  if (dst_size == 0) {
+    const std::size_t length =
+        src_length < 0 ? wide_length(units) + 1 : static_cast<std::size_t>(src_length);
+    return result_of(static_cast<long>(encoded_length(units, length)));
+  }
+  if (src_length < 0) return result_of(encode_terminated(*active, units, out, capacity));
+  const auto length = static_cast<std::size_t>(src_length);
   // Each unit gives at most two bytes.
-  return result_of(capacity >= 2 * length ? encode_run<false>(units, length, out, capacity)
-                                          : encode_run<true>(units, length, out, capacity));
+  return result_of(capacity >= 2 * length ? active->encode_fits(units, length, out, capacity)
+                                          : active->encode_bounded(units, length, out, capacity));
 }
 
 int _ismbclegal(unsigned int c) {

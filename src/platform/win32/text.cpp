@@ -22,4 +22,7 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
 // anything; the code page test compares it with the tables for every value.
 int _ismbclegal(unsigned int c) { return ::_ismbclegal(c); }
 
+int code_page_path_count() { return 1; }
+const char* use_code_page_path(int path) { return path == 0 ? "platform" : nullptr; }
+
 }  // namespace kz::os

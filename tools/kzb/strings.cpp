@@ -2,32 +2,16 @@
 // Text crosses the terminal as UTF-8 and the library as wide text.
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "kzb.h"
 
 namespace kzb {
 namespace {
 
-// The input's lines without their line ends; a last line without a newline
-// counts, an empty input has none.
-std::vector<std::string> lines_of(const std::string& input) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  while (start < input.size()) {
-    std::size_t end = input.find('\n', start);
-    if (end == std::string::npos) end = input.size();
-    std::string line = input.substr(start, end - start);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line.substr(0, line.find('\0')));  // the library reads up to a NUL
-    start = end + 1;
-  }
-  return lines;
-}
-
 void print_line(const wstring& wide) {
-  const std::string line = to_utf8(wide);
-  std::fwrite(line.data(), 1, line.size(), stdout);
-  std::fputc('\n', stdout);
+  out().write(to_utf8(wide));
+  out().put('\n');
 }
 
 // One character given on the command line, with \t for a tab.
@@ -55,42 +39,42 @@ bool parse_key(const std::string& text, uint16_t& key) {
   return true;
 }
 
-int run_password(const Args& args, bool masking) {
-  const char* name = masking ? "mask" : "unmask";
+int run_password(const Command& command, const Args& args, bool masking) {
   bool have_key = false;
   uint16_t key = 0;
+  Args files;
   for (std::size_t i = 0; i < args.size(); ++i) {
     std::string value;
     if (args[i] == "--key") {
-      if (i + 1 == args.size()) return fail(kBadUsage, "%s: --key needs a value", name);
+      if (i + 1 == args.size()) return usage_error(command, "--key needs a value");
       value = args[++i];
     } else if (args[i].rfind("--key=", 0) == 0) {
       value = args[i].substr(6);
+    } else if (args[i] == "-" || args[i][0] != '-') {
+      files.push_back(args[i]);
+      continue;
     } else {
-      return fail(kBadUsage, "%s: unknown argument '%s' (usage: kzb %s --key K)", name,
-                  args[i].c_str(), name);
+      return usage_error(command, "unknown option '%s'", args[i].c_str());
     }
     if (!parse_key(value, key))
-      return fail(kBadUsage, "%s: the key must be 0 to 65535 (or 0x0 to 0xFFFF), not '%s'", name,
-                  value.c_str());
+      return usage_error(command, "the key must be 0 to 65535 (or 0x0 to 0xFFFF), not '%s'",
+                         value.c_str());
     have_key = true;
   }
-  if (!have_key) return fail(kBadUsage, "%s: missing --key K", name);
+  if (!have_key) return usage_error(command, "missing --key K");
 
-  std::string input;
-  if (!read_stdin(input)) return fail(kBadInput, "cannot read standard input");
-  for (const std::string& line : lines_of(input)) {
+  return for_each_line(files, [&](std::string_view line) {
     const wstring src = from_utf8(line);
     // Masking writes four elements a unit; unmasking at most one a group.
     const std::size_t size = masking ? 4 * src.size() + 1 : src.size() + 1;
     wstring dst(size, 0);
     const int32_t result = KZ_StringPasswordW(key, src.c_str(), dst.data(),
                                               static_cast<int32_t>(size), masking ? 1 : 0);
-    if (result < 0) return fail(kBadInput, "%s: a line did not fit its buffer", name);
+    if (result < 0) return fail(kFailed, "%s: a line did not fit its buffer", command.name);
     dst.resize(static_cast<std::size_t>(result));
     print_line(dst);
-  }
-  return kOk;
+    return kOk;
+  });
 }
 
 // Built by appending: GCC 12 warns wrongly (-Wrestrict) about "\"" + text.
@@ -114,42 +98,65 @@ wstring w(const char* ascii) { return from_utf8(ascii); }
 
 }  // namespace
 
+extern const Command kCommand_split, kCommand_mask, kCommand_unmask;
+
 int run_split(const Args& args) {
   KZ_WCHAR delimiter = ',';
   int32_t quotes = 0;
+  Args files;
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (args[i] == "--quotes") {
       quotes = 1;
     } else if (args[i] == "-d") {
-      if (i + 1 == args.size()) return fail(kBadUsage, "split: -d needs a delimiter");
+      if (i + 1 == args.size()) return usage_error(kCommand_split, "-d needs a delimiter");
       if (!one_character(args[++i], delimiter))
-        return fail(kBadUsage, "split: the delimiter must be one character, not '%s'",
-                    args[i].c_str());
+        return usage_error(kCommand_split, "the delimiter must be one character, not '%s'",
+                           args[i].c_str());
+    } else if (args[i] == "-" || args[i][0] != '-') {
+      files.push_back(args[i]);
     } else {
-      return fail(kBadUsage, "split: unknown argument '%s' (usage: kzb split [-d C] [--quotes])",
-                  args[i].c_str());
+      return usage_error(kCommand_split, "unknown option '%s'", args[i].c_str());
     }
   }
-  std::string input;
-  if (!read_stdin(input)) return fail(kBadInput, "cannot read standard input");
   bool first = true;
-  for (const std::string& line : lines_of(input)) {
-    if (!first) std::fputc('\n', stdout);  // an empty line between records
+  return for_each_line(files, [&](std::string_view line) {
+    if (!first) out().put('\n');  // an empty line between records
     first = false;
     StrList list{0, nullptr};
-    if (KZ_StringSplitW(from_utf8(line).c_str(), delimiter, &list, quotes) == 0) continue;
+    if (KZ_StringSplitW(from_utf8(line).c_str(), delimiter, &list, quotes) == 0) return kOk;
     for (int32_t i = 0; i < list.count; ++i)
       print_line(static_cast<const KZ_WCHAR*>(list.strings[i]));
     KZ_DeleteStrListW(&list);
-  }
-  return kOk;
+    return kOk;
+  });
 }
 
-int run_mask(const Args& args) { return run_password(args, true); }
-int run_unmask(const Args& args) { return run_password(args, false); }
+int run_mask(const Args& args) { return run_password(kCommand_mask, args, true); }
+int run_unmask(const Args& args) { return run_password(kCommand_unmask, args, false); }
+
+const Command kCommand_split = {"split", R"usage(split [-d C] [--quotes] [FILE...]
+  Splits each input line at the delimiter C (default ',', \t for a tab) and
+  writes one field a line, with an empty line between records. With
+  --quotes, a field in double quotes may hold C and loses its quotes.
+  Example: printf 'a,"b,c"\n' | kzb split --quotes
+)usage",
+                                run_split};
+
+const Command kCommand_mask = {"mask", R"usage(mask --key K [FILE...]
+  Masks each input line as password text with the key K (0 to 65535, or
+  0x0 to 0xFFFF); kzb unmask with the same key reads it back.
+  Example: printf 'Secret\n' | kzb mask --key 0x1234
+)usage",
+                               run_mask};
+
+const Command kCommand_unmask = {"unmask", R"usage(unmask --key K [FILE...]
+  Reads each input line back from password text masked with the key K.
+  Example: printf '03mv03m903mf03ly03m903ls\n' | kzb unmask --key 0x1234
+)usage",
+                                 run_unmask};
 
 void tour_strings() {
-  std::printf("\nString toolkit\n");
+  out().print("\nString toolkit\n");
   wstring buffer(64, 0);
   const auto size = static_cast<int32_t>(buffer.size());
   auto text = [&](int32_t result) {

@@ -115,6 +115,10 @@ void show(const char* call, const std::string& result);
 void tour_encoding();
 void tour_strings();
 void tour_datetime();
+void tour_numeric();
+void tour_paths();
+void tour_textfile();
+void tour_status();
 
 // The tour's sample of code page 932 text, embedded at build time.
 extern const unsigned char kSampleSjis[];

@@ -7,7 +7,11 @@ namespace {
 int run_tour(const Args&) {
   tour_encoding();
   tour_strings();
+  tour_numeric();
   tour_datetime();
+  tour_paths();
+  tour_textfile();
+  tour_status();
   return kOk;
 }
 

@@ -98,7 +98,9 @@ int run_num(const Args& args) {
   int32_t result = 0;
   const std::string text =
       hex_text(value, static_cast<int32_t>(width), static_cast<int32_t>(style), result);
-  if (result == 0) return fail(kFailed, "width %lld or style %lld is out of range", width, style);
+  if (result == 0)
+    return fail(kFailed, "width %d or style %d is out of range", static_cast<int>(width),
+                static_cast<int>(style));
   out().print("%s\n", text.c_str());
   return finish(kOk);
 }

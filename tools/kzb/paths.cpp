@@ -28,7 +28,8 @@ int run_path(const Args& args) {
   // The split has room for 259 elements a part; a longer path could
   // overrun it, so it is refused here.
   if (path.empty() || path.size() >= 260)
-    return usage_error(kCommand_path, "PATH must have 1 to 259 characters, not %zu", path.size());
+    return usage_error(kCommand_path, "PATH must have 1 to 259 characters, not %u",
+                       static_cast<unsigned>(path.size()));
   const PathParts parts = split(path);
   out().print("drive: %s\n", to_utf8(parts.drive).c_str());
   out().print("directory: %s\n", to_utf8(parts.directory).c_str());
@@ -49,9 +50,13 @@ void tour_paths() {
   out().print("\nPaths\n");
   for (const char* path : {"C:\\logs\\app.2024.txt", "data\\.profile"}) {
     const PathParts parts = split(from_utf8(path));
-    show((std::string("KZ_SplitPathW(\"") + path + "\")").c_str(),
-         "\"" + to_utf8(parts.drive) + "\" \"" + to_utf8(parts.directory) + "\" \"" +
-             to_utf8(parts.name) + "\" \"" + to_utf8(parts.extension) + "\"");
+    // Built by appending: GCC 12 warns wrongly (-Wrestrict) about "x" + text.
+    std::string call = "KZ_SplitPathW(\"";
+    call.append(path).append("\")");
+    std::string result;
+    for (const KZ_WCHAR* part : {parts.drive, parts.directory, parts.name, parts.extension})
+      result.append(result.empty() ? "\"" : " \"").append(to_utf8(part)).append("\"");
+    show(call.c_str(), result);
   }
   show("KZ_GetDriveNumberW(\"c:\\\\x\")",
        std::to_string(KZ_GetDriveNumberW(from_utf8("c:\\x").c_str())));

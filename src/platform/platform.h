@@ -100,4 +100,34 @@ BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc);
 // the second.
 LONG CompareFileTime(const FILETIME* first, const FILETIME* second);
 
+// ---- Process: the command line (process.cpp) ------------------------------
+// The process's command line as one text; it belongs to the process and is
+// never released. On POSIX it is rebuilt from the real arguments, each
+// quoted so that CommandLineToArgvW gives it back unchanged (the program
+// element cannot hold a double quote, and loses any); the narrow form is
+// the wide one in the ANSI code page with Windows' best fit and default
+// character.
+const WCHAR* GetCommandLineW();
+const char* GetCommandLineA();
+// Splits a line by the platform's rule into one block that holds a
+// null-terminated array of the elements and their texts, and gives the
+// element count in *count; null when the block cannot be had or line is
+// null. The program element runs from a leading double quote to the next
+// one, or else up to the first blank or tab, and takes backslashes and any
+// other quote literally. Later elements follow the backslash-and-quote rule:
+// 2n backslashes before a quote give n and the quote opens or closes
+// quoting, 2n + 1 give n and a literal quote, other backslashes are literal,
+// and inside quotes a doubled quote gives one literal quote and ends the
+// quoting. Only blank and tab separate. An empty line gives one element,
+// the path of the running program.
+WCHAR** CommandLineToArgvW(const WCHAR* line, int* count);
+// Releases a block of CommandLineToArgvW; gives null.
+void* LocalFree(void* block);
+// The full path of the running program (module must be null), in the
+// layer's Windows form: on POSIX the real path with every slash turned
+// into a backslash. Writes at most size elements, terminator included, and
+// gives the length; a path that does not fit is cut, terminated, and gives
+// size.
+DWORD GetModuleFileNameW(void* module, WCHAR* file_name, DWORD size);
+
 }  // namespace kz::os

@@ -83,6 +83,10 @@ bool runs(Only only) {
   return only == Only::kBoth || (only == Only::kNarrow) == (sizeof(Ch) == 1);
 }
 
+// Starts this test program again with the given UTF-8 arguments behind its
+// path, waits for it, and gives its exit status (-1 when it did not run).
+int run_this_program(const std::vector<std::string>& arguments);
+
 // Element types of the typed tests: every case runs in both encodings.
 using ElementTypes = ::testing::Types<char, wchar>;
 

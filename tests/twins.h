@@ -53,6 +53,14 @@ struct Twin;
   KZ_TWIN(CheckStringDate, suffix)        \
   KZ_TWIN(CheckStringDateTime, suffix)    \
   KZ_TWIN(CheckStringCurrentDate, suffix) \
+  KZ_TWIN(CmdLineList, suffix)            \
+  KZ_TWIN(GetCmdLine, suffix)             \
+  KZ_TWIN(GetCmdLineParam, suffix)        \
+  KZ_TWIN(GetCommand, suffix)             \
+  KZ_TWIN(GetCommandDirectory, suffix)    \
+  KZ_TWIN(SplitArg, suffix)               \
+  KZ_TWIN(GetComnSelectFiles, suffix)     \
+  KZ_TWIN(GetComnSelectFileCount, suffix) \
   KZ_TWIN(CheckStringCurrentDateTime, suffix)
 
 template <>

@@ -103,8 +103,9 @@ LONG CompareFileTime(const FILETIME* first, const FILETIME* second);
 // ---- Process: the command line (process.cpp) ------------------------------
 // The process's command line as one text; it belongs to the process and is
 // never released. On POSIX it is rebuilt from the real arguments, each
-// quoted so that CommandLineToArgvW gives it back unchanged (the program
-// element cannot hold a double quote, and loses any); the narrow form is
+// quoted so that CommandLineToArgvW gives it back unchanged, except that
+// the program element has its slashes turned into backslashes and cannot
+// hold a double quote (it loses any); the narrow form is
 // the wide one in the ANSI code page with Windows' best fit and default
 // character.
 const WCHAR* GetCommandLineW();

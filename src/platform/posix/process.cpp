@@ -3,8 +3,8 @@
 //
 // Linux has no command line, only the argument vector, so the line is
 // rebuilt from /proc/self/cmdline with each argument quoted for the split
-// below. Arguments and the program's path are UTF-8 and become 16-bit text;
-// a byte that is no part of a UTF-8 sequence becomes U+FFFD.
+// below, and the program's slashes turned into backslashes. Arguments and the program's path are
+// UTF-8 and become 16-bit text; a byte that is no part of a UTF-8 sequence becomes U+FFFD.
 #include <unistd.h>
 
 #include <cstdio>
@@ -149,8 +149,11 @@ ProcessLine read_process_line() {
   for (std::size_t index = 0; start < all.size(); ++index) {
     std::size_t end = all.find('\0', start);
     if (end == std::string::npos) end = all.size();
-    const wide argument = from_utf8(all.substr(start, end - start));
+    wide argument = from_utf8(all.substr(start, end - start));
     if (index == 0) {
+      // The program in the layer's Windows form, as path dissection reads it.
+      for (WCHAR& c : argument)
+        if (c == u'/') c = kBackslash;
       append_program(result.wide_line, argument);
     } else {
       result.wide_line.push_back(kBlank);

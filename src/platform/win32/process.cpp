@@ -1,7 +1,7 @@
 // The process's command line: the real Win32 calls.
-#include <shellapi.h>
-
 #include "platform/platform.h"
+// shellapi.h needs the declarations of windows.h before it.
+#include <shellapi.h>
 
 namespace kz::os {
 

@@ -1,10 +1,12 @@
 // Days in a month, the day of the week with its names, and milliseconds
-// added to or taken from a SYSTEMTIME. KZ_QueryDays keeps a calendar of its
+// added to or taken from a SYSTEMTIME: KZ_QueryDays, KZ_QueryDayOfWeek,
+// KZ_AddSystemTime and KZ_SubSystemTime. KZ_QueryDays keeps a calendar of its
 // own (every fourth year a leap year, nothing before 1960); the rest stands
 // on the platform's Gregorian conversions.
 #include <array>
 
 #include "datetime/datetime.h"
+#include "platform/filetime.h"
 
 namespace kz::datetime {
 namespace {
@@ -70,12 +72,9 @@ std::int32_t query_day_of_week(const DateRecord* date, std::uint16_t* day_of_wee
 std::int32_t shift_system_time(SYSTEMTIME* time, std::uint32_t milliseconds, bool add) {
   FILETIME moment;
   if (!os::SystemTimeToFileTime(time, &moment)) return 0;
-  std::uint64_t ticks =
-      (static_cast<std::uint64_t>(moment.dwHighDateTime) << 32) | moment.dwLowDateTime;
-  const std::uint64_t step = static_cast<std::uint64_t>(milliseconds) * 10'000u;
-  ticks = add ? ticks + step : ticks - step;
-  moment.dwLowDateTime = static_cast<std::uint32_t>(ticks);
-  moment.dwHighDateTime = static_cast<std::uint32_t>(ticks >> 32);
+  const std::uint64_t ticks = os::to_ticks(moment);
+  const std::uint64_t step = milliseconds * os::kTicksPerMillisecond;
+  moment = os::to_file_time(add ? ticks + step : ticks - step);
   return os::FileTimeToSystemTime(&moment, time);
 }
 

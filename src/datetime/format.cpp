@@ -1,7 +1,9 @@
-// Dates and times written as text: year first, every field in decimal with
-// leading zeros up to a minimum width and never cut, the caller's delimiter
-// between the date fields and separator before the time. The results are the
-// formatter's count of elements written.
+// Dates and times written as text: KZ_DateString, KZ_CurrentDateString,
+// KZ_TimeString, KZ_CurrentTimeString, KZ_SystemTimeString,
+// KZ_CurrentDateTimeString and KZ_FileTimeString. Year first, every field
+// in decimal with leading zeros up to a minimum width and never cut, the
+// caller's delimiter between the date fields and separator before the time.
+// The results are the formatter's count of elements written.
 #include "datetime/datetime.h"
 
 namespace kz::datetime {
@@ -9,10 +11,10 @@ namespace {
 
 template <class Ch>
 struct Layouts {
-  static constexpr auto date = widen<Ch>("%04d%c%02d%c%02d");
-  static constexpr auto time = widen<Ch>("%02d:%02d:%02d");
-  static constexpr auto date_time = widen<Ch>("%04d%c%02d%c%02d%c%02d:%02d:%02d");
-  static constexpr auto date_time_ms = widen<Ch>("%04d%c%02d%c%02d%c%02d:%02d:%02d.%03d");
+  static constexpr auto date = literal<Ch>("%04d%c%02d%c%02d");
+  static constexpr auto time = literal<Ch>("%02d:%02d:%02d");
+  static constexpr auto date_time = literal<Ch>("%04d%c%02d%c%02d%c%02d:%02d:%02d");
+  static constexpr auto date_time_ms = literal<Ch>("%04d%c%02d%c%02d%c%02d:%02d:%02d.%03d");
 };
 
 // Each 16-bit field goes to the formatter as a non-negative int.
@@ -21,13 +23,13 @@ int field(std::uint16_t value) { return value; }
 template <class Ch>
 std::int32_t date_string(std::uint16_t year, std::uint16_t month, std::uint16_t day, Ch* out,
                          Ch delimiter) {
-  return Calls<Ch>::format(out, Layouts<Ch>::date.text, field(year), delimiter, field(month),
-                           delimiter, field(day));
+  return Text<Ch>::format(out, Layouts<Ch>::date.text, field(year), delimiter, field(month),
+                          delimiter, field(day));
 }
 
 template <class Ch>
 std::int32_t time_string(std::uint16_t hour, std::uint16_t minute, std::uint16_t second, Ch* out) {
-  return Calls<Ch>::format(out, Layouts<Ch>::time.text, field(hour), field(minute), field(second));
+  return Text<Ch>::format(out, Layouts<Ch>::time.text, field(hour), field(minute), field(second));
 }
 
 // The day of week is never read; the milliseconds only under the flag.
@@ -35,12 +37,12 @@ template <class Ch>
 std::int32_t system_time_string(const SYSTEMTIME& t, Ch* out, std::int32_t milliseconds,
                                 Ch delimiter, Ch separator) {
   if (milliseconds != 0)
-    return Calls<Ch>::format(out, Layouts<Ch>::date_time_ms.text, field(t.wYear), delimiter,
-                             field(t.wMonth), delimiter, field(t.wDay), separator, field(t.wHour),
-                             field(t.wMinute), field(t.wSecond), field(t.wMilliseconds));
-  return Calls<Ch>::format(out, Layouts<Ch>::date_time.text, field(t.wYear), delimiter,
-                           field(t.wMonth), delimiter, field(t.wDay), separator, field(t.wHour),
-                           field(t.wMinute), field(t.wSecond));
+    return Text<Ch>::format(out, Layouts<Ch>::date_time_ms.text, field(t.wYear), delimiter,
+                            field(t.wMonth), delimiter, field(t.wDay), separator, field(t.wHour),
+                            field(t.wMinute), field(t.wSecond), field(t.wMilliseconds));
+  return Text<Ch>::format(out, Layouts<Ch>::date_time.text, field(t.wYear), delimiter,
+                          field(t.wMonth), delimiter, field(t.wDay), separator, field(t.wHour),
+                          field(t.wMinute), field(t.wSecond));
 }
 
 // The clock is read once, so all fields of one text belong to one reading.

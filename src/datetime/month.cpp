@@ -1,4 +1,5 @@
-// The three-letter month names, in both directions.
+// The three-letter month names, in both directions: KZ_MonthToNumeric and
+// KZ_MonthToString.
 #include "datetime/datetime.h"
 
 namespace kz::datetime {
@@ -6,16 +7,16 @@ namespace {
 
 template <class Ch>
 constexpr Literal<Ch, 4> kMonthNames[12] = {
-    widen<Ch>("Jan"), widen<Ch>("Feb"), widen<Ch>("Mar"), widen<Ch>("Apr"),
-    widen<Ch>("May"), widen<Ch>("Jun"), widen<Ch>("Jul"), widen<Ch>("Aug"),
-    widen<Ch>("Sep"), widen<Ch>("Oct"), widen<Ch>("Nov"), widen<Ch>("Dec"),
+    literal<Ch>("Jan"), literal<Ch>("Feb"), literal<Ch>("Mar"), literal<Ch>("Apr"),
+    literal<Ch>("May"), literal<Ch>("Jun"), literal<Ch>("Jul"), literal<Ch>("Aug"),
+    literal<Ch>("Sep"), literal<Ch>("Oct"), literal<Ch>("Nov"), literal<Ch>("Dec"),
 };
 
 // Case does not count, length does: "January" is no month.
 template <class Ch>
 std::int32_t month_to_numeric(const Ch* name) {
   for (std::int32_t month = 1; month <= 12; ++month)
-    if (Calls<Ch>::compare_folded(name, kMonthNames<Ch>[month - 1].text) == 0) return month;
+    if (Text<Ch>::compare_folded(name, kMonthNames<Ch>[month - 1].text) == 0) return month;
   return -1;
 }
 

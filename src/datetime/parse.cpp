@@ -1,4 +1,5 @@
-// Date and time text read back into records and moments. The readers are
+// Date and time text read back into records and moments: KZ_StringDate,
+// KZ_StringTime, KZ_StringDateTime and KZ_StringFileTime. The readers are
 // tolerant: the text is split at its delimiters, each field is read as a
 // leading integer whose low 16 bits are kept, missing fields stay 0 and
 // surplus fields are ignored. Only the file-time reader tests the values,
@@ -14,9 +15,9 @@ constexpr std::size_t kPartCapacity = 32;  // elements of each date-time part
 template <class Ch>
 class Fields {
  public:
-  Fields(const Ch* text, Ch delimiter) : ok_(Calls<Ch>::split(text, delimiter, &list_) != 0) {}
+  Fields(const Ch* text, Ch delimiter) : ok_(split(text, delimiter, &list_, true) != 0) {}
   ~Fields() {
-    if (ok_) Calls<Ch>::release(&list_);
+    if (ok_) release_list(&list_);
   }
   Fields(const Fields&) = delete;
   Fields& operator=(const Fields&) = delete;
@@ -26,7 +27,7 @@ class Fields {
   const Ch* operator[](std::int32_t index) const { return entry<Ch>(list_, index); }
   // The value of an entry, 0 for an entry that is not there.
   std::uint16_t value(std::int32_t index) const {
-    return index < list_.count ? static_cast<std::uint16_t>(Calls<Ch>::to_int((*this)[index])) : 0;
+    return index < list_.count ? static_cast<std::uint16_t>(Text<Ch>::to_int((*this)[index])) : 0;
   }
 
  private:
@@ -81,6 +82,8 @@ std::int32_t string_date_time(const Ch* text, DateTimeRecord* record, Ch delimit
   return 1;
 }
 
+}  // namespace
+
 // Local text to a UTC moment. Milliseconds count only when the time part
 // has exactly one ".", and are read as a whole number: ".5" is 5.
 template <class Ch>
@@ -110,7 +113,9 @@ std::int32_t string_file_time(const Ch* text, FILETIME* time, Ch delimiter, Ch s
   return converted;
 }
 
-}  // namespace
+template std::int32_t string_file_time(const char*, FILETIME*, char, char);
+template std::int32_t string_file_time(const wchar*, FILETIME*, wchar, wchar);
+
 }  // namespace kz::datetime
 
 using namespace kz::datetime;

@@ -1,4 +1,7 @@
-// Does a moment lie between a start and an end? Every point becomes a
+// Does a moment lie between a start and an end? KZ_CheckDate,
+// KZ_CheckCurrentDate, KZ_CheckDateTime, KZ_CheckCurrentDateTime,
+// KZ_CheckStringDate, KZ_CheckStringCurrentDate, KZ_CheckStringDateTime and
+// KZ_CheckStringCurrentDateTime. Every point becomes a
 // FILETIME, so the platform's validation decides what a date is. The record
 // forms stay in local wall-clock time; the text forms read through the
 // file-time reader, which ends in UTC, and bring the clock to UTC as well.
@@ -6,7 +9,7 @@
 // points convert in the order start, end, target, and the first failure
 // ends the call.
 #include "datetime/datetime.h"
-#include "frame/memory.h"
+#include "frame/convert.h"
 
 namespace kz::datetime {
 namespace {
@@ -66,7 +69,7 @@ bool utc_clock_moment(FILETIME* moment) {
 }
 
 bool text_moment(const wchar* text, FILETIME* moment) {
-  return KZ_StringFileTimeW(text, moment, '-', 'T') != 0;
+  return string_file_time(text, moment, wchar('-'), wchar('T')) != 0;
 }
 
 // A date text with a time of day appended; a date longer than the scratch
@@ -78,9 +81,9 @@ bool date_text_moment(const wchar* date, const wchar* suffix_format, FILETIME* m
   return text_moment(scratch, moment);
 }
 
-constexpr auto kStartOfDay = widen<wchar>("%sT00:00:00");
-constexpr auto kEndOfDay = widen<wchar>("%sT23:59:59");
-constexpr auto kNoonOfDay = widen<wchar>("%sT12:00:00");
+constexpr auto kStartOfDay = literal<wchar>("%sT00:00:00");
+constexpr auto kEndOfDay = literal<wchar>("%sT23:59:59");
+constexpr auto kNoonOfDay = literal<wchar>("%sT12:00:00");
 
 // The text forms, with the target as a callable that fills its moment: a
 // text of the caller or the clock.
@@ -104,41 +107,40 @@ std::int32_t check_date_times(const wchar* start, const wchar* end, Target targe
   return compare(from, to, at, inclusive != 0);
 }
 
-// The narrow forms hold no logic of their own: each text is converted up
-// into a heap block of its byte length plus one wide elements, and the wide
-// form decides. A block that cannot be had gives the bad-point result.
-class Widened {
- public:
-  explicit Widened(const char* text) : block_(length(text) + 1) {
-    if (block_) KZ_SJIS2UNICODE(text, block_.get(), static_cast<std::int32_t>(length(text) + 1));
-  }
-  explicit operator bool() const { return static_cast<bool>(block_); }
-  const wchar* get() const { return block_.get(); }
-
- private:
-  Scratch<wchar> block_;
-};
-
-template <class WideForm>
-std::int32_t through_wide(WideForm wide_form, const char* start, const char* end,
-                          std::int32_t inclusive) {
-  const Widened wide_start(start);
-  if (!wide_start) return kBadPoint;
-  const Widened wide_end(end);
-  if (!wide_end) return kBadPoint;
-  return wide_form(wide_start.get(), wide_end.get(), inclusive);
+std::int32_t check_string_date(const wchar* start, const wchar* end, const wchar* target,
+                               std::int32_t inclusive) {
+  const auto noon_of_target = [target](FILETIME* at) {
+    return date_text_moment(target, kNoonOfDay.text, at);
+  };
+  return check_dates(start, end, noon_of_target, inclusive);
 }
 
-template <class WideForm>
-std::int32_t through_wide(WideForm wide_form, const char* start, const char* end,
-                          const char* target, std::int32_t inclusive) {
-  const Widened wide_start(start);
-  if (!wide_start) return kBadPoint;
-  const Widened wide_end(end);
-  if (!wide_end) return kBadPoint;
-  const Widened wide_target(target);
-  if (!wide_target) return kBadPoint;
-  return wide_form(wide_start.get(), wide_end.get(), wide_target.get(), inclusive);
+std::int32_t check_string_current_date(const wchar* start, const wchar* end,
+                                       std::int32_t inclusive) {
+  return check_dates(start, end, utc_clock_moment, inclusive);
+}
+
+std::int32_t check_string_date_time(const wchar* start, const wchar* end, const wchar* target,
+                                    std::int32_t inclusive) {
+  const auto target_text = [target](FILETIME* at) { return text_moment(target, at); };
+  return check_date_times(start, end, target_text, inclusive);
+}
+
+std::int32_t check_string_current_date_time(const wchar* start, const wchar* end,
+                                            std::int32_t inclusive) {
+  return check_date_times(start, end, utc_clock_moment, inclusive);
+}
+
+// The narrow forms hold no logic of their own: each text is converted up
+// into scratch sized to it, and the wide form decides. Scratch that cannot
+// be had gives the bad-point result.
+template <class WideForm, class... Narrow>
+std::int32_t through_wide(WideForm wide_form, std::int32_t inclusive, const Narrow*... texts) {
+  const auto run = [&](const auto&... wide) {
+    if (!(static_cast<bool>(wide) && ...)) return kBadPoint;
+    return wide_form(wide.get()..., inclusive);
+  };
+  return run(WideText(texts)...);
 }
 
 }  // namespace
@@ -184,41 +186,37 @@ KZ_API int32_t KZ_CheckCurrentDateTime(const DateTimeRecord* start, const DateTi
 
 KZ_API int32_t KZ_CheckStringDateW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                    const KZ_WCHAR* target, int32_t inclusive) {
-  const auto noon_of_target = [target](FILETIME* at) {
-    return date_text_moment(target, kNoonOfDay.text, at);
-  };
-  return check_dates(start, end, noon_of_target, inclusive);
+  return check_string_date(start, end, target, inclusive);
 }
 KZ_API int32_t KZ_CheckStringDateA(const char* start, const char* end, const char* target,
                                    int32_t inclusive) {
-  return through_wide(KZ_CheckStringDateW, start, end, target, inclusive);
+  return through_wide(check_string_date, inclusive, start, end, target);
 }
 
 KZ_API int32_t KZ_CheckStringCurrentDateW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                           int32_t inclusive) {
-  return check_dates(start, end, utc_clock_moment, inclusive);
+  return check_string_current_date(start, end, inclusive);
 }
 KZ_API int32_t KZ_CheckStringCurrentDateA(const char* start, const char* end, int32_t inclusive) {
-  return through_wide(KZ_CheckStringCurrentDateW, start, end, inclusive);
+  return through_wide(check_string_current_date, inclusive, start, end);
 }
 
 KZ_API int32_t KZ_CheckStringDateTimeW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                        const KZ_WCHAR* target, int32_t inclusive) {
-  const auto target_text = [target](FILETIME* at) { return text_moment(target, at); };
-  return check_date_times(start, end, target_text, inclusive);
+  return check_string_date_time(start, end, target, inclusive);
 }
 KZ_API int32_t KZ_CheckStringDateTimeA(const char* start, const char* end, const char* target,
                                        int32_t inclusive) {
-  return through_wide(KZ_CheckStringDateTimeW, start, end, target, inclusive);
+  return through_wide(check_string_date_time, inclusive, start, end, target);
 }
 
 KZ_API int32_t KZ_CheckStringCurrentDateTimeW(const KZ_WCHAR* start, const KZ_WCHAR* end,
                                               int32_t inclusive) {
-  return check_date_times(start, end, utc_clock_moment, inclusive);
+  return check_string_current_date_time(start, end, inclusive);
 }
 KZ_API int32_t KZ_CheckStringCurrentDateTimeA(const char* start, const char* end,
                                               int32_t inclusive) {
-  return through_wide(KZ_CheckStringCurrentDateTimeW, start, end, inclusive);
+  return through_wide(check_string_current_date_time, inclusive, start, end);
 }
 
 }  // extern "C"

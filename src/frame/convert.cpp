@@ -1,9 +1,11 @@
 // The pair test and the two code conversions through which narrow text
-// meets wide text.
+// meets wide text: KZ_IsSJisMultiByteChar, KZ_SJIS2UNICODE and
+// KZ_UNICODE2SJIS.
+#include "frame/convert.h"
+
 #include <cstring>
 
-#include "frame/text.h"
-
+namespace kz {
 namespace {
 
 // Both conversions leave dst as if it had been zero-filled first, so that
@@ -37,20 +39,30 @@ int32_t convert(const From* src, To* dst, int32_t size, Convert platform_convert
 
 }  // namespace
 
+int32_t to_wide(const char* src, wchar* dst, int32_t size) {
+  return convert(src, dst, size, [](const char* s, wchar* d, int n) {
+    return os::MultiByteToWideChar(os::kAnsiCodePage, 0, s, -1, d, n);
+  });
+}
+
+int32_t to_narrow(const wchar* src, char* dst, int32_t size) {
+  return convert(src, dst, size, [](const wchar* s, char* d, int n) {
+    return os::WideCharToMultiByte(os::kAnsiCodePage, 0, s, -1, d, n, nullptr, nullptr);
+  });
+}
+
+}  // namespace kz
+
 extern "C" {
 
 KZ_API int32_t KZ_IsSJisMultiByteChar(const char* p) { return kz::is_pair(p) ? 1 : 0; }
 
 KZ_API int32_t KZ_SJIS2UNICODE(const char* src, KZ_WCHAR* dst, int32_t size) {
-  return convert(src, dst, size, [](const char* s, KZ_WCHAR* d, int n) {
-    return kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, s, -1, d, n);
-  });
+  return kz::to_wide(src, dst, size);
 }
 
 KZ_API int32_t KZ_UNICODE2SJIS(const KZ_WCHAR* src, char* dst, int32_t size) {
-  return convert(src, dst, size, [](const KZ_WCHAR* s, char* d, int n) {
-    return kz::os::WideCharToMultiByte(kz::os::kAnsiCodePage, 0, s, -1, d, n, nullptr, nullptr);
-  });
+  return kz::to_narrow(src, dst, size);
 }
 
 }  // extern "C"

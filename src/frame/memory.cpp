@@ -1,3 +1,5 @@
+// The allocator behind kz::allocate, kz::release and Scratch, with the
+// failure switch the tests arm. It defines no exports.
 #include "frame/memory.h"
 
 #include <atomic>

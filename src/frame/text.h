@@ -1,7 +1,9 @@
 // What the twins need to know about their element type. An operation is
 // written once as a template over Ch (char for narrow Shift-JIS text,
-// KZ_WCHAR for wide text) and asks Text<Ch> for the element's pair test,
-// its runtime calls and its literals.
+// KZ_WCHAR for wide text) and asks Text<Ch> for the element's pair test and
+// the runtime calls of the matching width; literal<Ch> gives its literals.
+// This is the one traits struct of the library: a family that needs another
+// runtime call of both widths adds it to both specializations here.
 #pragma once
 
 #include <cstddef>
@@ -39,6 +41,14 @@ struct Text<char> {
   static os::errno_t append(char* dst, std::size_t size, const char* src) {
     return os::strcat_s(dst, size, src);
   }
+  static int to_int(const char* text) { return os::atoi(text); }
+  static int compare_folded(const char* a, const char* b) { return os::_stricmp(a, b); }
+  // A char argument reaches the formatter as the call's own promotion makes
+  // it: sign-extended to int.
+  template <class... Args>
+  static int format(char* out, const char* layout, Args... args) {
+    return os::wsprintfA(out, layout, args...);
+  }
 };
 
 template <>
@@ -54,7 +64,29 @@ struct Text<wchar> {
   static os::errno_t append(wchar* dst, std::size_t size, const wchar* src) {
     return os::wcscat_s(dst, size, src);
   }
+  static int to_int(const wchar* text) { return os::_wtoi(text); }
+  static int compare_folded(const wchar* a, const wchar* b) { return os::_wcsicmp(a, b); }
+  template <class... Args>
+  static int format(wchar* out, const wchar* layout, Args... args) {
+    return os::wsprintfW(out, layout, args...);
+  }
 };
+
+// An ASCII literal in the element type Ch, made at compile time, so that one
+// format string or name serves both widths:
+//   static constexpr auto kLayout = literal<Ch>("%04d%c%02d");
+//   Text<Ch>::format(out, kLayout.text, ...);
+template <class Ch, std::size_t N>
+struct Literal {
+  Ch text[N];
+};
+
+template <class Ch, std::size_t N>
+constexpr Literal<Ch, N> literal(const char (&ascii)[N]) {
+  Literal<Ch, N> out{};
+  for (std::size_t i = 0; i < N; ++i) out.text[i] = static_cast<Ch>(ascii[i]);
+  return out;
+}
 
 // Length of a terminated text in elements.
 template <class Ch>

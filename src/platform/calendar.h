@@ -5,13 +5,11 @@
 
 #include <cstdint>
 
+#include "platform/filetime.h"
 #include "platform/platform.h"
 
 namespace kz::os::calendar {
 
-inline constexpr std::uint64_t kTicksPerMillisecond = 10'000;
-inline constexpr std::uint64_t kTicksPerSecond = 1000 * kTicksPerMillisecond;
-inline constexpr std::uint64_t kTicksPerDay = 86'400 * kTicksPerSecond;
 inline constexpr int kFirstYear = 1601;
 inline constexpr int kLastYear = 30827;
 

@@ -93,7 +93,11 @@ BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time);
 // and then the record stays as it was.
 BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time);
 // UTC to local time and back, by the zone offset in force at the moment of
-// the call (not the one of the moment converted).
+// the call (not the one of the moment converted); on POSIX a change of TZ
+// counts from the next call. FileTimeToLocalFileTime gives 0 for a value
+// with the top bit set and for a moment whose local form would leave the
+// count, and then local stays as it was; LocalFileTimeToFileTime wraps as
+// the system's does.
 BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local);
 BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc);
 // -1, 0 or 1 as the first moment is earlier than, equal to or later than

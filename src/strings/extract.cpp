@@ -4,8 +4,7 @@
 // so their counts and results are in characters, not bytes.
 #include <cstring>
 
-#include "frame/memory.h"
-#include "frame/text.h"
+#include "frame/convert.h"
 
 namespace kz {
 namespace {
@@ -24,25 +23,15 @@ int32_t length_copy(const wchar* src, wchar* dst, int32_t count, int32_t size) {
   return count;
 }
 
-// Wide scratch of size units for a converted text, with one unit more that
-// stays 0, so a conversion that failed for want of room still leaves a
-// terminated text within the buffer.
-struct WideScratch {
-  explicit WideScratch(int32_t size) : units(static_cast<std::size_t>(size) + 1) {
-    if (units) units.get()[size] = 0;
-  }
-  Scratch<wchar> units;
-};
-
 int32_t length_copy_narrow(const char* src, char* dst, int32_t count, int32_t size) {
   if (refuses_length_copy(src, dst, count, size)) return 0;
-  WideScratch wide_src(size), wide_dst(size);
-  if (!wide_src.units || !wide_dst.units) return 0;  // dst stays as it was
   // A wide form longer than size fails to convert; only the first count
-  // units of what the zero-filled buffer then holds are used.
-  KZ_SJIS2UNICODE(src, wide_src.units.get(), size);
-  const int32_t copied = length_copy(wide_src.units.get(), wide_dst.units.get(), count, size);
-  if (copied > 0) KZ_UNICODE2SJIS(wide_dst.units.get(), dst, size);
+  // units of what the scratch then holds are used.
+  const WideText wide_src(src, size);
+  const Scratch<wchar> wide_dst(static_cast<std::size_t>(size));
+  if (!wide_src || !wide_dst) return 0;  // dst stays as it was
+  const int32_t copied = length_copy(wide_src.get(), wide_dst.get(), count, size);
+  if (copied > 0) to_narrow(wide_dst.get(), dst, size);
   return copied;
 }
 
@@ -82,16 +71,12 @@ int32_t get_quoted_narrow(const char* text, char* out, int32_t size, const char*
   if (text == nullptr || out == nullptr || open == nullptr || close == nullptr || size <= 0)
     return 0;
   std::memset(out, 0, static_cast<std::size_t>(size));
-  const auto open_units = static_cast<int32_t>(length(open)) + 1;
-  const auto close_units = static_cast<int32_t>(length(close)) + 1;
-  WideScratch wide_text(size), wide_open(open_units), wide_close(close_units), wide_out(size);
-  if (!wide_text.units || !wide_open.units || !wide_close.units || !wide_out.units) return 0;
-  KZ_SJIS2UNICODE(text, wide_text.units.get(), size);
-  KZ_SJIS2UNICODE(open, wide_open.units.get(), open_units);
-  KZ_SJIS2UNICODE(close, wide_close.units.get(), close_units);
-  const int32_t extracted = get_quoted(wide_text.units.get(), wide_out.units.get(), size,
-                                       wide_open.units.get(), wide_close.units.get());
-  if (extracted > 0) KZ_UNICODE2SJIS(wide_out.units.get(), out, size);
+  const WideText wide_text(text, size), wide_open(open), wide_close(close);
+  const Scratch<wchar> wide_out(static_cast<std::size_t>(size));
+  if (!wide_text || !wide_open || !wide_close || !wide_out) return 0;
+  const int32_t extracted =
+      get_quoted(wide_text.get(), wide_out.get(), size, wide_open.get(), wide_close.get());
+  if (extracted > 0) to_narrow(wide_out.get(), out, size);
   return extracted;
 }
 

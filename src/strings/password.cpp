@@ -1,8 +1,7 @@
 // Masked password text: KZ_StringPassword. Each 16-bit unit XOR the key is
 // written as a group of four base-36 digits, 0-9 then a-z; unmasking reads
 // the groups back. The narrow twin masks the wide form of its text.
-#include "frame/memory.h"
-#include "frame/text.h"
+#include "frame/convert.h"
 
 namespace kz {
 namespace {
@@ -63,15 +62,13 @@ int32_t password(uint16_t key, const wchar* src, wchar* dst, int32_t size, bool 
 
 int32_t password_narrow(uint16_t key, const char* src, char* dst, int32_t size, bool masking) {
   if (size <= 0) return -1;
-  // size counts units in both scratch buffers. One unit more stays 0, so a
-  // source whose wide form does not fit is still read within the buffer.
-  const auto units = static_cast<std::size_t>(size) + 1;
-  Scratch<wchar> wide_src(units), wide_dst(units);
+  // size counts units in both scratch buffers; a source whose wide form
+  // does not fit is still read within its scratch.
+  const WideText wide_src(src, size);
+  const Scratch<wchar> wide_dst(static_cast<std::size_t>(size));
   if (!wide_src || !wide_dst) return -1;  // dst as it was, as for any failure
-  wide_src.get()[size] = 0;
-  KZ_SJIS2UNICODE(src, wide_src.get(), size);
   const int32_t result = password(key, wide_src.get(), wide_dst.get(), size, masking);
-  if (result != -1) KZ_UNICODE2SJIS(wide_dst.get(), dst, size);
+  if (result != -1) to_narrow(wide_dst.get(), dst, size);
   return result;
 }
 

@@ -3,6 +3,8 @@
 // and the way from one field to the next from the length of what the copy
 // gave, so the split knows two shapes of text: no double quotes at all, and
 // every field in double quotes.
+#include "strings/split.h"
+
 #include "frame/memory.h"
 #include "strings/scan.h"
 
@@ -13,6 +15,8 @@ void release_entries(void** entries, int32_t made) {
   for (int32_t k = 0; k < made; ++k) release(entries[k]);
   release(entries);
 }
+
+}  // namespace
 
 template <class Ch>
 int32_t split(const Ch* text, Ch delimiter, StrList* list, bool quotes) {
@@ -55,7 +59,9 @@ int32_t split(const Ch* text, Ch delimiter, StrList* list, bool quotes) {
   return 1;
 }
 
-}  // namespace
+template int32_t split(const char*, char, StrList*, bool);
+template int32_t split(const wchar*, wchar, StrList*, bool);
+
 }  // namespace kz
 
 extern "C" {

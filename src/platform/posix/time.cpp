@@ -11,20 +11,21 @@ namespace {
 
 using namespace calendar;
 
-std::uint64_t join(const FILETIME& t) {
-  return (static_cast<std::uint64_t>(t.dwHighDateTime) << 32) | t.dwLowDateTime;
-}
-
-FILETIME split(std::uint64_t ticks) {
-  return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+// The wall clock now, broken down in the zone that TZ names at this moment.
+// localtime_r need not look at TZ again once it has read it, so tzset
+// first: a program that changes TZ while it runs gets the new zone at the
+// next call. False when the moment cannot be broken down.
+bool local_now(timespec& now, tm& local) {
+  clock_gettime(CLOCK_REALTIME, &now);
+  tzset();
+  return localtime_r(&now.tv_sec, &local) != nullptr;
 }
 
 // The zone offset in force now, in ticks east of UTC.
 std::int64_t offset_now() {
   timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
   tm local{};
-  if (localtime_r(&now.tv_sec, &local) == nullptr) return 0;
+  if (!local_now(now, local)) return 0;
   return static_cast<std::int64_t>(local.tm_gmtoff) * static_cast<std::int64_t>(kTicksPerSecond);
 }
 
@@ -32,9 +33,8 @@ std::int64_t offset_now() {
 
 void GetLocalTime(SYSTEMTIME* time) {
   timespec now{};
-  clock_gettime(CLOCK_REALTIME, &now);
   tm local{};
-  localtime_r(&now.tv_sec, &local);
+  local_now(now, local);
   time->wYear = static_cast<WORD>(local.tm_year + 1900);
   time->wMonth = static_cast<WORD>(local.tm_mon + 1);
   time->wDayOfWeek = static_cast<WORD>(local.tm_wday);
@@ -51,14 +51,14 @@ BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) {
   if (!is_valid(t)) return 0;
   const auto days = static_cast<std::uint64_t>(days_from_civil(t.wYear, t.wMonth, t.wDay));
   const std::uint64_t seconds = t.wHour * 3600u + t.wMinute * 60u + t.wSecond;
-  *file_time = split(days * kTicksPerDay + seconds * kTicksPerSecond +
-                     t.wMilliseconds * kTicksPerMillisecond);
+  *file_time = to_file_time(days * kTicksPerDay + seconds * kTicksPerSecond +
+                            t.wMilliseconds * kTicksPerMillisecond);
   return 1;
 }
 
 BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
-  const std::uint64_t ticks = join(*file_time);
-  if (ticks >> 63 != 0) return 0;
+  const std::uint64_t ticks = to_ticks(*file_time);
+  if (!is_moment(ticks)) return 0;
   const std::uint64_t days = ticks / kTicksPerDay;
   const std::uint64_t in_day = ticks % kTicksPerDay;
   const Civil date = civil_from_days(static_cast<std::int64_t>(days));
@@ -74,21 +74,26 @@ BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
   return 1;
 }
 
-// The sums wrap in unsigned arithmetic as the system's do: a moment near
-// the start of the count and a zone west of UTC give a value with the top
-// bit set, which FileTimeToSystemTime then refuses.
+// The sum wraps in unsigned arithmetic; with the moment in range and an
+// offset of hours, a local form outside the count has the top bit set.
 BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) {
-  *local = split(join(*utc) + static_cast<std::uint64_t>(offset_now()));
+  const std::uint64_t from = to_ticks(*utc);
+  const std::uint64_t to = from + static_cast<std::uint64_t>(offset_now());
+  if (!is_moment(from) || !is_moment(to)) return 0;
+  *local = to_file_time(to);
   return 1;
 }
 
+// Wraps as the system's does: a local moment near the start of the count
+// east of UTC gives a value with the top bit set, which FileTimeToSystemTime
+// then refuses.
 BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc) {
-  *utc = split(join(*local) - static_cast<std::uint64_t>(offset_now()));
+  *utc = to_file_time(to_ticks(*local) - static_cast<std::uint64_t>(offset_now()));
   return 1;
 }
 
 LONG CompareFileTime(const FILETIME* first, const FILETIME* second) {
-  const std::uint64_t a = join(*first), b = join(*second);
+  const std::uint64_t a = to_ticks(*first), b = to_ticks(*second);
   return a < b ? -1 : (a > b ? 1 : 0);
 }
 

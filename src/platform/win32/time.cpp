@@ -17,8 +17,17 @@ BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
   return ::FileTimeToSystemTime(file_time, system_time);
 }
 
+// The system adds the offset without a look at the range: all ones (the
+// usual "no time") comes out in the first hours of 1601 east of UTC. A moment
+// with the top bit set, or one whose local form leaves the count, is
+// refused here first, and local stays as it was.
 BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) {
-  return ::FileTimeToLocalFileTime(utc, local);
+  FILETIME stepped;
+  if (!is_moment(to_ticks(*utc)) || !::FileTimeToLocalFileTime(utc, &stepped) ||
+      !is_moment(to_ticks(stepped)))
+    return 0;
+  *local = stepped;
+  return 1;
 }
 
 BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* utc) {

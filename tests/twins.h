@@ -63,16 +63,38 @@ struct Twin;
   KZ_TWIN(GetComnSelectFileCount, suffix) \
   KZ_TWIN(CheckStringCurrentDateTime, suffix)
 
+// Paths, file queries, text files and the journal.
+#define KZ_FILE_TWINS(suffix)       \
+  KZ_TWIN(GetDriveNumber, suffix)   \
+  KZ_TWIN(GetDriveName, suffix)     \
+  KZ_TWIN(GetDirectoryName, suffix) \
+  KZ_TWIN(GetFileName, suffix)      \
+  KZ_TWIN(GetFileExt, suffix)       \
+  KZ_TWIN(GetNotExtPath, suffix)    \
+  KZ_TWIN(SplitPath, suffix)        \
+  KZ_TWIN(CheckFile, suffix)        \
+  KZ_TWIN(CheckDirectory, suffix)   \
+  KZ_TWIN(CreateDirectory, suffix)  \
+  KZ_TWIN(GetFileSize, suffix)      \
+  KZ_TWIN(GetFileTime, suffix)      \
+  KZ_TWIN(TextFileOpen, suffix)     \
+  KZ_TWIN(TextFileGets, suffix)     \
+  KZ_TWIN(TextFilePuts, suffix)     \
+  KZ_TWIN(JournalOut, suffix)
+
 template <>
 struct Twin<char> {
   KZ_TWINS(A)
+  KZ_FILE_TWINS(A)
 };
 
 template <>
 struct Twin<wchar> {
   KZ_TWINS(W)
+  KZ_FILE_TWINS(W)
 };
 
+#undef KZ_FILE_TWINS
 #undef KZ_TWINS
 #undef KZ_TWIN
 

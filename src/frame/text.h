@@ -49,6 +49,8 @@ struct Text<char> {
   static int format(char* out, const char* layout, Args... args) {
     return os::wsprintfA(out, layout, args...);
   }
+  // Upper-cases text in place by the system's rules.
+  static char* upper(char* text) { return os::CharUpperA(text); }
 };
 
 template <>
@@ -70,6 +72,7 @@ struct Text<wchar> {
   static int format(wchar* out, const wchar* layout, Args... args) {
     return os::wsprintfW(out, layout, args...);
   }
+  static wchar* upper(wchar* text) { return os::CharUpperW(text); }
 };
 
 // An ASCII literal in the element type Ch, made at compile time, so that one

@@ -36,6 +36,12 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
 // Nonzero when the high byte of c is a lead byte and the low byte a trail
 // byte of the process's multibyte code page.
 int _ismbclegal(unsigned int c);
+// Upper-case a text in place by the system's rules and give it back. The
+// wide form maps the small letters of ASCII, Latin-1, Greek, Cyrillic and
+// the full-width forms; the narrow form maps ASCII letters and leaves every
+// double-byte character as it is.
+char* CharUpperA(char* text);
+WCHAR* CharUpperW(WCHAR* text);
 
 // ---- Bounded copies (portable: bounded.cpp) -------------------------------
 // On success they return 0. A destination too small for the result is left

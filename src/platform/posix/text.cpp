@@ -390,3 +390,42 @@ int _ismbclegal(unsigned int c) {
 }
 
 }  // namespace kz::os
+
+namespace kz::os {
+namespace {
+
+// The upper case of one small letter, by the blocks of the system's case
+// table that hold letters in plain runs; everything else stays.
+WCHAR upper_unit(WCHAR c) {
+  if (c >= u'a' && c <= u'z') return static_cast<WCHAR>(c - 0x20);
+  if (c < 0xE0) return c == 0xB5 ? WCHAR(0x39C) : c;
+  if (c <= 0xFE) return c == 0xF7 ? c : static_cast<WCHAR>(c - 0x20);
+  if (c == 0xFF) return 0x178;
+  if (c == 0x3C2) return 0x3A3;  // final sigma
+  if (c >= 0x3B1 && c <= 0x3CB) return static_cast<WCHAR>(c - 0x20);
+  if (c >= 0x430 && c <= 0x44F) return static_cast<WCHAR>(c - 0x20);
+  if (c >= 0x450 && c <= 0x45F) return static_cast<WCHAR>(c - 0x50);
+  if (c >= 0xFF41 && c <= 0xFF5A) return static_cast<WCHAR>(c - 0x20);
+  return c;
+}
+
+}  // namespace
+
+char* CharUpperA(char* text) {
+  for (std::size_t i = 0; text[i] != 0; ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (text[i + 1] != 0 && _ismbclegal(byte * 256u + static_cast<unsigned char>(text[i + 1]))) {
+      ++i;
+    } else if (byte >= 'a' && byte <= 'z') {
+      text[i] = static_cast<char>(byte - 0x20);
+    }
+  }
+  return text;
+}
+
+WCHAR* CharUpperW(WCHAR* text) {
+  for (std::size_t i = 0; text[i] != 0; ++i) text[i] = upper_unit(text[i]);
+  return text;
+}
+
+}  // namespace kz::os

@@ -23,3 +23,10 @@ int WideCharToMultiByte(UINT code_page, DWORD flags, const WCHAR* src, int src_l
 int _ismbclegal(unsigned int c) { return ::_ismbclegal(c); }
 
 }  // namespace kz::os
+
+namespace kz::os {
+
+char* CharUpperA(char* text) { return ::CharUpperA(text); }
+WCHAR* CharUpperW(WCHAR* text) { return ::CharUpperW(text); }
+
+}  // namespace kz::os

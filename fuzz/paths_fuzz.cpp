@@ -1,0 +1,93 @@
+// Drives path dissection through both twins with arbitrary paths and
+// sizes. Every buffer is a heap block of exactly the size the library is
+// told (SplitPath's of its fixed sizes), so AddressSanitizer catches any
+// access behind it; the results are checked against the buffers and the
+// pieces against the path.
+//
+// Input: a size byte, then the path (narrow: the bytes up to the first NUL;
+// wide: the bytes in pairs).
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "kz_basis.h"
+#include "twins.h"
+
+namespace {
+
+using wchar = KZ_WCHAR;
+using kz::test::Twin;
+
+void check(bool condition) {
+  if (!condition) std::abort();
+}
+
+template <class Ch>
+std::size_t length(const Ch* text) {
+  std::size_t n = 0;
+  while (text[n] != 0) ++n;
+  return n;
+}
+
+template <class Ch>
+void drive(const std::basic_string<Ch>& text, int32_t size) {
+  using Api = Twin<Ch>;
+  const std::vector<Ch> path(text.c_str(), text.c_str() + text.size() + 1);
+  const auto n = static_cast<int32_t>(text.size());
+
+  const int32_t number = Api::GetDriveNumber(path.data());
+  check(number == -1 || (n >= 2 && path[1] == Ch(':')));
+
+  // Each result fits its buffer: a length below size that matches the text,
+  // or -1; and no piece is longer than the path.
+  for (int32_t room : {size, n + 1}) {
+    if (room < 1) continue;
+    std::vector<Ch> out(static_cast<std::size_t>(room));
+    using Op = int32_t (*)(const Ch*, Ch*, int32_t);
+    const Op ops[] = {
+        [](const Ch* p, Ch* o, int32_t s) { return Api::GetDriveName(p, o, s); },
+        [](const Ch* p, Ch* o, int32_t s) { return Api::GetDirectoryName(p, o, s); },
+        [](const Ch* p, Ch* o, int32_t s) { return Api::GetFileName(p, o, s); },
+        [](const Ch* p, Ch* o, int32_t s) { return Api::GetFileExt(p, o, s); },
+        [](const Ch* p, Ch* o, int32_t s) { return Api::GetNotExtPath(p, o, s); },
+    };
+    for (Op op : ops) {
+      const int32_t result = op(path.data(), out.data(), room);
+      check(result >= -1 && result < room && result <= n);
+      if (result >= 0) check(length(out.data()) == static_cast<std::size_t>(result));
+    }
+    // With room for the whole path, only an empty path or a missing colon
+    // fails.
+    if (room == n + 1 && n > 0) {
+      check(Api::GetDirectoryName(path.data(), out.data(), room) >= 0);
+      check(Api::GetFileName(path.data(), out.data(), room) >= 0);
+      check(Api::GetNotExtPath(path.data(), out.data(), room) >= 0);
+    }
+  }
+
+  std::vector<Ch> drive_part(3), directory(260), name(260), extension(260);
+  Api::SplitPath(path.data(), drive_part.data(), directory.data(), name.data(), extension.data());
+  const std::size_t pieces = length(drive_part.data()) + length(directory.data()) +
+                             length(name.data()) + length(extension.data());
+  check(pieces <= text.size() && (pieces == 0 || pieces + 2 >= text.size()));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 1) return 0;
+  const int32_t room = static_cast<int32_t>(data[0]) - 1;
+  const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
+  drive(std::string(bytes.c_str()), room);
+
+  std::basic_string<wchar> wide;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto unit = static_cast<wchar>(static_cast<unsigned char>(bytes[i]) |
+                                         (static_cast<unsigned char>(bytes[i + 1]) << 8));
+    if (unit == 0) break;
+    wide.push_back(unit);
+  }
+  drive(wide, room);
+  return 0;
+}

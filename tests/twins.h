@@ -53,14 +53,6 @@ struct Twin;
   KZ_TWIN(CheckStringDate, suffix)        \
   KZ_TWIN(CheckStringDateTime, suffix)    \
   KZ_TWIN(CheckStringCurrentDate, suffix) \
-  KZ_TWIN(CmdLineList, suffix)            \
-  KZ_TWIN(GetCmdLine, suffix)             \
-  KZ_TWIN(GetCmdLineParam, suffix)        \
-  KZ_TWIN(GetCommand, suffix)             \
-  KZ_TWIN(GetCommandDirectory, suffix)    \
-  KZ_TWIN(SplitArg, suffix)               \
-  KZ_TWIN(GetComnSelectFiles, suffix)     \
-  KZ_TWIN(GetComnSelectFileCount, suffix) \
   KZ_TWIN(CheckStringCurrentDateTime, suffix)
 
 // Paths, file queries, text files and the journal.
@@ -82,18 +74,32 @@ struct Twin;
   KZ_TWIN(TextFilePuts, suffix)     \
   KZ_TWIN(JournalOut, suffix)
 
+// Command lines and selections.
+#define KZ_COMMAND_TWINS(suffix)       \
+  KZ_TWIN(CmdLineList, suffix)         \
+  KZ_TWIN(GetCmdLine, suffix)          \
+  KZ_TWIN(GetCmdLineParam, suffix)     \
+  KZ_TWIN(GetCommand, suffix)          \
+  KZ_TWIN(GetCommandDirectory, suffix) \
+  KZ_TWIN(SplitArg, suffix)            \
+  KZ_TWIN(GetComnSelectFiles, suffix)  \
+  KZ_TWIN(GetComnSelectFileCount, suffix)
+
 template <>
 struct Twin<char> {
   KZ_TWINS(A)
   KZ_FILE_TWINS(A)
+  KZ_COMMAND_TWINS(A)
 };
 
 template <>
 struct Twin<wchar> {
   KZ_TWINS(W)
   KZ_FILE_TWINS(W)
+  KZ_COMMAND_TWINS(W)
 };
 
+#undef KZ_COMMAND_TWINS
 #undef KZ_FILE_TWINS
 #undef KZ_TWINS
 #undef KZ_TWIN

@@ -21,12 +21,6 @@ Ch* duplicate(const Ch* text) {
   return copy;
 }
 
-// Releases the first count strings of an array and the array.
-inline void release_strings(void** strings, int32_t count) {
-  for (int32_t k = 0; k < count; ++k) release(strings[k]);
-  release(strings);
-}
-
 // Fills list with every element of line, split by the platform's rule (the
 // narrow form through wide text, within kWorkLimit on both sides). 1 when
 // the list holds them all; 0 when the split, a conversion or an allocation

@@ -6,6 +6,8 @@
 // each element back through a buffer of 260 bytes; a line or an element
 // beyond those buffers gives 0 instead of a cut text.
 #include "cmdline/cmdline.h"
+#include "frame/convert.h"
+#include "frame/strlist.h"
 
 namespace kz {
 namespace {
@@ -18,24 +20,24 @@ template <class Ch, class Element>
 int32_t fill(StrList* list, int32_t count, Element element) {
   void** strings = allocate_array<void*>(static_cast<std::size_t>(count));
   if (strings == nullptr) return 0;
+  list->strings = strings;
   for (int32_t k = 0; k < count; ++k) {
     const Ch* text = element(k);
     strings[k] = text == nullptr ? nullptr : duplicate(text);
     if (strings[k] == nullptr) {
-      release_strings(strings, k);
-      list->count = 0;
-      list->strings = nullptr;
+      list->count = k;
+      release_list(list);
       return 0;
     }
   }
   list->count = count;
-  list->strings = strings;
   return 1;
 }
 
 }  // namespace
 
 int32_t command_line_list(const wchar* line, StrList* list) {
+  if (line == nullptr) return 0;
   int count = 0;
   wchar** elements = os::CommandLineToArgvW(line, &count);
   if (elements == nullptr) return 0;
@@ -45,21 +47,19 @@ int32_t command_line_list(const wchar* line, StrList* list) {
 }
 
 int32_t command_line_list(const char* line, StrList* list) {
+  // A conversion that does not fit its buffer gives 1; an empty text -1 and
+  // the empty text.
+  if (line == nullptr) return 0;
   wchar wide_line[kWorkLimit];
-  // A line whose wide form does not fit the buffer fails to convert.
-  if (os::MultiByteToWideChar(os::kAnsiCodePage, 0, line, -1, wide_line, kWorkLimit) == 0) return 0;
+  if (to_wide(line, wide_line, kWorkLimit) == 1) return 0;
   StrList wide_list{};
   if (command_line_list(wide_line, &wide_list) == 0) return 0;
   char narrow[kWorkLimit];
-  void** const wide_elements = wide_list.strings;
   const int32_t made = fill<char>(list, wide_list.count, [&](int32_t k) -> const char* {
     // An element of more than 259 bytes fails like an allocation.
-    const int written =
-        os::WideCharToMultiByte(os::kAnsiCodePage, 0, static_cast<const wchar*>(wide_elements[k]),
-                                -1, narrow, kWorkLimit, nullptr, nullptr);
-    return written == 0 ? nullptr : narrow;
+    return to_narrow(entry<wchar>(wide_list, k), narrow, kWorkLimit) == 1 ? nullptr : narrow;
   });
-  release_strings(wide_list.strings, wide_list.count);
+  release_list(&wide_list);
   return made;
 }
 
@@ -74,11 +74,10 @@ int32_t parameters(const Ch* line, StrList* list) {
   if (command_line_list(line, &all) == 0) return 0;
   int32_t made = 1;
   if (all.count > 1)
-    made = fill<Ch>(list, all.count - 1,
-                    [&](int32_t k) { return static_cast<const Ch*>(all.strings[k + 1]); });
+    made = fill<Ch>(list, all.count - 1, [&](int32_t k) { return entry<Ch>(all, k + 1); });
   else
     list->count = 0;
-  release_strings(all.strings, all.count);
+  release_list(&all);
   return made;
 }
 

@@ -4,6 +4,7 @@
 // one more terminator behind the last name. The twins are mirrors; the
 // narrow ones need no pair test, since no double-byte character holds 0.
 #include "cmdline/cmdline.h"
+#include "frame/strlist.h"
 
 namespace kz {
 namespace {
@@ -39,9 +40,7 @@ int32_t selection_files(const Ch* selection, int32_t size, StrList* list) {
   if (strings == nullptr) return -1;
   list->strings = strings;
   const auto fail = [&] {
-    release_strings(strings, list->count);
-    list->count = 0;
-    list->strings = nullptr;
+    release_list(list);
     return 0;
   };
 

@@ -32,10 +32,13 @@ std::wstring quoted(const std::wstring& argument) {
 int run_this_program(const std::vector<std::string>& arguments) {
   wchar_t program[MAX_PATH];
   if (GetModuleFileNameW(nullptr, program, MAX_PATH) == 0) return -1;
-  std::wstring line = L"\"" + std::wstring(program) + L"\"";
+  std::wstring line = L"\"";
+  line += program;
+  line += L'"';
   for (const std::string& argument : arguments) {
     const wstring wide = utf16(argument);
-    line += L" " + quoted(std::wstring(wide.begin(), wide.end()));
+    line += L' ';
+    line += quoted(std::wstring(wide.begin(), wide.end()));
   }
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;

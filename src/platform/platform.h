@@ -136,9 +136,9 @@ WCHAR** CommandLineToArgvW(const WCHAR* line, int* count);
 void* LocalFree(void* block);
 // The full path of the running program (module must be null), in the
 // layer's Windows form: on POSIX the real path with every slash turned
-// into a backslash. Writes at most size elements, terminator included, and
-// gives the length; a path that does not fit is cut, terminated, and gives
-// size.
+// into a backslash. Writes at most size elements and gives the length; of
+// a path that does not fit with its terminator, the first size elements
+// are written, unterminated, and the result is size.
 DWORD GetModuleFileNameW(void* module, WCHAR* file_name, DWORD size);
 
 }  // namespace kz::os

@@ -147,13 +147,14 @@ TEST(CommandLineListNarrow, KeepsToItsTwoBuffersOf260) {
     std::string prefix, last;  // the line is prefix + last
     bool fits;
   } cases[] = {
-      {"p ", std::string(257, 'a'), true},    // 259 wide elements
-      {"p ", std::string(258, 'a'), false},   // 260
-      {"p a ", "x" + ideographs(129), true},  // an element of 259 bytes
-      {"p a ", ideographs(130), false},       // 260 bytes, in 132 wide elements
+      {"p ", std::string(257, 'a'), true},                          // 259 wide elements
+      {"p ", std::string(258, 'a'), false},                         // 260
+      {"p a ", std::string(1, 'x').append(ideographs(129)), true},  // an element of 259 bytes
+      {"p a ", ideographs(130), false},  // 260 bytes, in 132 wide elements
   };
   for (const Case& c : cases) {
-    const std::string line = c.prefix + c.last;
+    std::string line = c.prefix;
+    line += c.last;
     StrList list = untouched_list();
     ASSERT_EQ(KZ_CmdLineListA(line.c_str(), &list), c.fits ? 1 : 0) << line.size();
     if (c.fits)
@@ -213,7 +214,7 @@ TEST(CommandLineChild, DISABLED_GetsItsArgumentsBack) {
   ASSERT_EQ(KZ_GetCmdLineW(&wide_list), 1);
   ASSERT_EQ(KZ_GetCmdLineA(&narrow_list), 1);
   // The narrow line must fit 259 wide elements: the arguments are kept short.
-  EXPECT_LT(std::char_traits<char>::length(os::GetCommandLineA()), 240u);
+  EXPECT_LT(std::char_traits<wchar>::length(os::GetCommandLineW()), 260u);
   const auto wide_elements = take<wchar>(wide_list);
   const auto narrow_elements = take<char>(narrow_list);
   ASSERT_EQ(wide_elements.size(), kChildArguments.size() + 3);

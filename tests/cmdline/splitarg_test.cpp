@@ -75,7 +75,7 @@ TYPED_TEST(ArgumentSplit, FillsTheOtherOutputWhenOneIsNull) {
 TYPED_TEST(ArgumentSplit, TakesATextOf259ElementsAndRefusesOneMore) {
   using Ch = TypeParam;
   for (std::size_t tail : {253u, 254u}) {
-    const auto line = text<Ch>("prog a" + std::string(tail, 'x'));
+    const auto line = text<Ch>(std::string("prog a").append(tail, 'x'));
     auto command = sentinel_buffer<Ch>(kBuffer);
     auto arguments = sentinel_buffer<Ch>(kBuffer);
     Twin<Ch>::SplitArg(line.c_str(), command.data(), arguments.data());

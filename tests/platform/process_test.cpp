@@ -96,22 +96,29 @@ TEST(PlatformCommandLine, SplitsEveryRecordedLineAsThePlatformDoes) {
     if (got != expected) {
       ++differences;
       std::string both = shown(record.line) + " gave";
-      for (const wstring& element : got) both += " " + shown(element);
+      for (const wstring& element : got) {
+        both += ' ';
+        both += shown(element);
+      }
       ADD_FAILURE() << both;
     }
   }
   EXPECT_EQ(differences, 0);
 }
 
+// A path that does not fit with its terminator fills the buffer, without a
+// terminator, and the result says so by equalling size.
 TEST(PlatformCommandLine, CutsTheProgramsPathAtTheBufferAndSaysSo) {
   const wstring program = program_path();
   const auto length = static_cast<os::DWORD>(program.size());
   for (os::DWORD size : {length + 2, length + 1, length, length - 1, os::DWORD{1}}) {
     std::vector<wchar> buffer = sentinel_buffer<wchar>(size + 1);
     const os::DWORD got = os::GetModuleFileNameW(nullptr, buffer.data(), size);
-    const os::DWORD kept = size > length ? length : size - 1;
-    EXPECT_EQ(got, size > length ? length : size) << size;
-    EXPECT_EQ(wstring(buffer.data()), program.substr(0, kept)) << size;
+    const bool fits = size > length;
+    EXPECT_EQ(got, fits ? length : size) << size;
+    EXPECT_EQ(wstring(buffer.data(), fits ? length + 1 : size),
+              fits ? program + wchar{0} : program.substr(0, size))
+        << size;
     EXPECT_TRUE(untouched_from(buffer, size)) << size;
   }
 }

@@ -295,12 +295,15 @@ void* LocalFree(void* block) {
 }
 
 DWORD GetModuleFileNameW(void*, WCHAR* file_name, DWORD size) {
-  if (size == 0) return 0;
   const wide path = program_path();
-  const std::size_t copied = path.size() < size ? path.size() : size - 1;
-  path.copy(file_name, copied);
-  file_name[copied] = 0;
-  return path.size() < size ? static_cast<DWORD>(copied) : size;
+  if (path.size() < size) {
+    path.copy(file_name, path.size());
+    file_name[path.size()] = 0;
+    return static_cast<DWORD>(path.size());
+  }
+  // As Wine does: the first size elements, without a terminator.
+  path.copy(file_name, size);
+  return size;
 }
 
 }  // namespace kz::os

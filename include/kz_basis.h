@@ -24,6 +24,12 @@
 #ifndef KZ_BASIS_H
 #define KZ_BASIS_H
 
+/* The version of this header and the library it belongs to. A release that
+ * only adds exports raises MINOR; one that changes an export raises MAJOR. */
+#define KZ_BASIS_VERSION_MAJOR 1
+#define KZ_BASIS_VERSION_MINOR 0
+#define KZ_BASIS_VERSION_PATCH 0
+
 #include <stdint.h>
 #include <stdio.h>
 

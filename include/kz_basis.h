@@ -232,7 +232,26 @@ KZ_API int32_t KZ_StringPasswordW(uint16_t key, const KZ_WCHAR* src, KZ_WCHAR* d
 KZ_API int32_t KZ_StringPasswordA(uint16_t key, const char* src, char* dst, int32_t size,
                                   int32_t mask);
 
-/* ---- Digit grouping and coinage text ---------------------------------- */
+/* ---- Digit grouping and coinage text ----------------------------------
+ * KZ_IsNumeric: 1 when every element is a digit 0 to 9 (the empty text
+ * too), else 0.
+ * KZ_StringSetDelimiter puts delimiter into source every `group` elements
+ * from the right. size bounds where a source element may start, so
+ * destination needs size + 1 elements (size + 2 for a group of 1, which
+ * also writes a delimiter on its last step). Result: the grouped length,
+ * or -1 when group < 1 or when it does not fit (destination empty). The
+ * W form groups any text (a minus sign is one element: "-,123,456"); the
+ * A form gives -1 for a source that is not all digits and leaves
+ * destination untouched.
+ * KZ_CoinageString*: the value in groups of three with commas, through
+ * KZ_StringSetDelimiter with the same size rule; -1 with an empty
+ * destination when the plain decimal text does not fit size elements, and
+ * -1 when working memory fails. Negative values fail in the A forms.
+ * KZ_StringCoinage*: the text without any comma, parsed as the runtime
+ * does (leading white space, one sign, digits; the W forms also take
+ * Unicode spaces and digits of other scripts). No number gives 0, and a
+ * value out of range the type's limit; DWord keeps the low 32 bits of a
+ * 64-bit parse, ULongLong negates a leading minus modulo 2^64. */
 KZ_API int32_t KZ_IsNumericW(const KZ_WCHAR* text);
 KZ_API int32_t KZ_IsNumericA(const char* text);
 KZ_API int32_t KZ_StringSetDelimiterW(const KZ_WCHAR* source, KZ_WCHAR* destination, int32_t size,
@@ -256,7 +275,16 @@ KZ_API int32_t KZ_CoinageStringLongLongA(int64_t value, char* destination, int32
 KZ_API int32_t KZ_CoinageStringULongLongW(uint64_t value, KZ_WCHAR* destination, int32_t size);
 KZ_API int32_t KZ_CoinageStringULongLongA(uint64_t value, char* destination, int32_t size);
 
-/* ---- Hexadecimal text and byte swapping ------------------------------- */
+/* ---- Hexadecimal text and byte swapping -------------------------------
+ * KZ_HexString writes value in lower-case digits, at least `width` of them
+ * (0 to 32; 0 means as many as needed), in style 0 "ff", 1 "0xff", 2 "xff",
+ * 3 "ffH", 4 "$ff" or 5 "#ff"; destination needs 35 elements. Result 1, or
+ * 0 with destination untouched for a width or style out of range.
+ * KZ_StringHex reads any of those notations (one mark is taken away) as a
+ * signed 32-bit value: text above 0x7FFFFFFF gives 0x7FFFFFFF. *valid
+ * becomes 1 when the whole text was read, else 0 (also when working memory
+ * fails, with the result 0).
+ * KZ_XChgWord, KZ_XChgDWord: the value's bytes in reverse order. */
 KZ_API int32_t KZ_StringHexW(const KZ_WCHAR* text, int32_t* valid);
 KZ_API int32_t KZ_StringHexA(const char* text, int32_t* valid);
 KZ_API int32_t KZ_HexStringW(uint32_t value, KZ_WCHAR* destination, int32_t width, int32_t style);
@@ -265,7 +293,13 @@ KZ_API uint16_t KZ_XChgWord(uint16_t value);
 KZ_API uint32_t KZ_XChgDWord(uint32_t value);
 
 /* ---- Point and rectangle text -----------------------------------------
- * Writers need 25 elements for a point and 51 for a rectangle. */
+ * The writers give "x, y" and "left, top, right, bottom" with the caller's
+ * delimiter in place of the comma; they need 25 elements for a point and
+ * 51 for a rectangle. The readers drop every blank, split at the delimiter
+ * (double quotes around fields are taken away) and read each field as a
+ * leading integer, 0 when it holds none. Result 1 when a point had exactly
+ * two fields or a rectangle at least four; else 0 and the record stays as
+ * it was. A blank as the delimiter therefore never reads back. */
 KZ_API int32_t KZ_StringPointW(const KZ_WCHAR* text, PointRecord* point, KZ_WCHAR delimiter);
 KZ_API int32_t KZ_StringPointA(const char* text, PointRecord* point, char delimiter);
 KZ_API int32_t KZ_StringRectW(const KZ_WCHAR* text, RectRecord* rect, KZ_WCHAR delimiter);

@@ -50,25 +50,9 @@ std::string utf8(const wstring& wide) {
 }
 
 SYSTEMTIME system_time(int year, int month, int day, int hour, int minute, int second, int ms) {
-  SYSTEMTIME t{};
-  t.wYear = static_cast<uint16_t>(year);
-  t.wMonth = static_cast<uint16_t>(month);
-  t.wDay = static_cast<uint16_t>(day);
-  t.wHour = static_cast<uint16_t>(hour);
-  t.wMinute = static_cast<uint16_t>(minute);
-  t.wSecond = static_cast<uint16_t>(second);
-  t.wMilliseconds = static_cast<uint16_t>(ms);
-  return t;
-}
-
-std::int64_t ticks(const FILETIME& moment) {
-  return static_cast<std::int64_t>((static_cast<std::uint64_t>(moment.dwHighDateTime) << 32) |
-                                   moment.dwLowDateTime);
-}
-
-FILETIME moment(std::int64_t ticks) {
-  const auto bits = static_cast<std::uint64_t>(ticks);
-  return {static_cast<std::uint32_t>(bits), static_cast<std::uint32_t>(bits >> 32)};
+  const auto field = [](int value) { return static_cast<uint16_t>(value); };
+  return {field(year),   field(month),  0,        field(day), field(hour),
+          field(minute), field(second), field(ms)};
 }
 
 }  // namespace kz::test

@@ -3,17 +3,27 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "frame/memory.h"
 #include "kz_basis.h"
+#include "platform/filetime.h"
+#include "twins.h"
 
 namespace kz::test {
 
-using wchar = KZ_WCHAR;
 using wstring = std::basic_string<wchar>;
+
+// Element types of the typed tests: every case runs in both encodings.
+using ElementTypes = ::testing::Types<char, wchar>;
+#define KZ_TWIN_SUITE(name)               \
+  template <class Ch>                     \
+  class name : public ::testing::Test {}; \
+  TYPED_TEST_SUITE(name, ::kz::test::ElementTypes)
 
 // Widens each byte of an ASCII or byte literal to the element type, so one
 // table of cases can run through both twins.
@@ -29,11 +39,14 @@ wstring utf16(const std::string& utf8);
 // The UTF-8 form of wide text, for readable failure messages.
 std::string utf8(const wstring& wide);
 
-// A buffer prefilled with a sentinel, so that a write out of bounds or a
-// missing terminator shows.
+// What every out-buffer holds before a call, so that a write out of bounds
+// or a missing terminator shows.
 template <class Ch>
-std::vector<Ch> sentinel_buffer(std::size_t size, Ch sentinel = static_cast<Ch>(0x7B)) {
-  return std::vector<Ch>(size, sentinel);
+inline constexpr Ch kSentinel = static_cast<Ch>(sizeof(Ch) == 1 ? 0x7B : 0x7B7B);
+
+template <class Ch>
+std::vector<Ch> sentinel_buffer(std::size_t size) {
+  return std::vector<Ch>(size, kSentinel<Ch>);
 }
 
 // The text in a buffer, up to its terminator.
@@ -45,23 +58,38 @@ std::basic_string<Ch> str(const std::vector<Ch>& buffer) {
 // Whether every element from `from` on still holds the sentinel: nothing
 // was written at or behind a size bound.
 template <class Ch>
-::testing::AssertionResult untouched_from(const std::vector<Ch>& buffer, std::size_t from,
-                                          Ch sentinel = static_cast<Ch>(0x7B)) {
+::testing::AssertionResult untouched_from(const std::vector<Ch>& buffer, std::size_t from) {
   for (std::size_t i = from; i < buffer.size(); ++i)
-    if (buffer[i] != sentinel) return ::testing::AssertionFailure() << "written at " << i;
+    if (buffer[i] != kSentinel<Ch>) return ::testing::AssertionFailure() << "written at " << i;
   return ::testing::AssertionSuccess();
+}
+
+// Whether the buffer holds `expected` and its terminator, zeros behind it up
+// to `zeros_to`, and the sentinel from `from` on. Reads nothing past the
+// buffer, whatever a faulty call left in it.
+template <class Ch>
+::testing::AssertionResult holds(const std::vector<Ch>& buffer,
+                                 const std::type_identity_t<std::basic_string<Ch>>& expected,
+                                 std::size_t zeros_to, std::size_t from) {
+  for (std::size_t i = 0; i < std::max(zeros_to, expected.size() + 1); ++i)
+    if (i >= buffer.size() || buffer[i] != (i < expected.size() ? expected[i] : Ch{0}))
+      return ::testing::AssertionFailure() << "unexpected element at " << i;
+  return untouched_from(buffer, from);
 }
 
 // A calendar record, and a moment as one count of ticks and back.
 SYSTEMTIME system_time(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
                        int ms = 0);
-std::int64_t ticks(const FILETIME& moment);
-FILETIME moment(std::int64_t ticks);
+inline std::int64_t ticks(const FILETIME& moment) {
+  return static_cast<std::int64_t>(kz::os::to_ticks(moment));
+}
+inline FILETIME moment(std::int64_t ticks) {
+  return kz::os::to_file_time(static_cast<std::uint64_t>(ticks));
+}
 
 // Runs `body` with the allocator failing once at the n-th allocation, for
 // n = 1, 2, ... until a run makes no n-th allocation; then once more with
-// every allocation from the n-th on failing. `body` gets true when it ran
-// with a failure armed that actually hit.
+// every allocation from the n-th on failing.
 template <class Body>
 void for_each_allocation_failure(Body body) {
   for (bool persistent : {false, true}) {
@@ -77,17 +105,14 @@ void for_each_allocation_failure(Body body) {
 
 // Rows of a table that hold for one twin only: double-byte characters are
 // the narrow twin's alone, and some size rules differ by twin.
-enum class Only { kBoth, kNarrow, kWide };
+enum Only { kBoth, kNarrow, kWide };
 template <class Ch>
 bool runs(Only only) {
-  return only == Only::kBoth || (only == Only::kNarrow) == (sizeof(Ch) == 1);
+  return only == kBoth || (only == kNarrow) == (sizeof(Ch) == 1);
 }
 
 // Starts this test program again with the given UTF-8 arguments behind its
 // path, waits for it, and gives its exit status (-1 when it did not run).
 int run_this_program(const std::vector<std::string>& arguments);
-
-// Element types of the typed tests: every case runs in both encodings.
-using ElementTypes = ::testing::Types<char, wchar>;
 
 }  // namespace kz::test

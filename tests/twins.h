@@ -53,6 +53,22 @@ struct Twin;
   KZ_TWIN(CheckStringDate, suffix)        \
   KZ_TWIN(CheckStringDateTime, suffix)    \
   KZ_TWIN(CheckStringCurrentDate, suffix) \
+  KZ_TWIN(IsNumeric, suffix)              \
+  KZ_TWIN(StringSetDelimiter, suffix)     \
+  KZ_TWIN(CoinageStringInt, suffix)       \
+  KZ_TWIN(CoinageStringDWord, suffix)     \
+  KZ_TWIN(CoinageStringLongLong, suffix)  \
+  KZ_TWIN(CoinageStringULongLong, suffix) \
+  KZ_TWIN(StringCoinageInt, suffix)       \
+  KZ_TWIN(StringCoinageDWord, suffix)     \
+  KZ_TWIN(StringCoinageLongLong, suffix)  \
+  KZ_TWIN(StringCoinageULongLong, suffix) \
+  KZ_TWIN(HexString, suffix)              \
+  KZ_TWIN(StringHex, suffix)              \
+  KZ_TWIN(PointString, suffix)            \
+  KZ_TWIN(RectString, suffix)             \
+  KZ_TWIN(StringPoint, suffix)            \
+  KZ_TWIN(StringRect, suffix)             \
   KZ_TWIN(CheckStringCurrentDateTime, suffix)
 
 // Paths, file queries, text files and the journal.

@@ -12,10 +12,6 @@
 
 namespace kz::datetime {
 
-// The element traits under the name that the formatter's tests use.
-template <class Ch>
-using Calls = Text<Ch>;
-
 // Local date-time text to a UTC moment, the reader of KZ_StringFileTime
 // (parse.cpp): not 0 on success; 0 on failure, with time not written.
 template <class Ch>

@@ -49,6 +49,25 @@ struct Text<char> {
   static int format(char* out, const char* layout, Args... args) {
     return os::wsprintfA(out, layout, args...);
   }
+  // Numbers as text and back: to_int above, and the wider parses and the
+  // decimal writers of the narrow runtime.
+  static std::int64_t to_int64(const char* text) { return os::_atoi64(text); }
+  static std::uint64_t to_uint64(const char* text) { return os::_strtoui64(text, nullptr, 10); }
+  static std::int32_t to_long(const char* text, char** end, int radix) {
+    return os::strtol(text, end, radix);
+  }
+  static os::errno_t decimal(std::int32_t value, char* buffer, std::size_t size) {
+    return os::_itoa_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::uint32_t value, char* buffer, std::size_t size) {
+    return os::_ultoa_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::int64_t value, char* buffer, std::size_t size) {
+    return os::_i64toa_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::uint64_t value, char* buffer, std::size_t size) {
+    return os::_ui64toa_s(value, buffer, size, 10);
+  }
   // Upper-cases text in place by the system's rules.
   static char* upper(char* text) { return os::CharUpperA(text); }
 };
@@ -71,6 +90,25 @@ struct Text<wchar> {
   template <class... Args>
   static int format(wchar* out, const wchar* layout, Args... args) {
     return os::wsprintfW(out, layout, args...);
+  }
+  // Numbers as text and back: to_int above, and the wider parses and the
+  // decimal writers of the wide runtime.
+  static std::int64_t to_int64(const wchar* text) { return os::_wtoi64(text); }
+  static std::uint64_t to_uint64(const wchar* text) { return os::_wcstoui64(text, nullptr, 10); }
+  static std::int32_t to_long(const wchar* text, wchar** end, int radix) {
+    return os::wcstol(text, end, radix);
+  }
+  static os::errno_t decimal(std::int32_t value, wchar* buffer, std::size_t size) {
+    return os::_itow_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::uint32_t value, wchar* buffer, std::size_t size) {
+    return os::_ultow_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::int64_t value, wchar* buffer, std::size_t size) {
+    return os::_i64tow_s(value, buffer, size, 10);
+  }
+  static os::errno_t decimal(std::uint64_t value, wchar* buffer, std::size_t size) {
+    return os::_ui64tow_s(value, buffer, size, 10);
   }
   static wchar* upper(wchar* text) { return os::CharUpperW(text); }
 };

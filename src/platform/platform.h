@@ -64,19 +64,39 @@ int wsprintfW(WCHAR* out, const WCHAR* format, ...);
 int wsprintfA(char* out, const char* format, ...);
 
 // ---- Runtime conversions (portable: radix.cpp, numbers.cpp, compare.cpp) ---
-// Number text of 16-bit wide text in radix 2 to 36 (radix.cpp). _itow_s
-// writes lower-case letters, a sign only in radix 10, and returns kERANGE
-// with an empty buffer when the digits do not fit size. wcstol takes
-// leading white space, a sign and digits of either case (radix 0 guesses,
-// radix 16 takes a "0x"), clamps to the limits of Windows' 32-bit long, and
-// sets *end behind the number, or to text when there is none.
+// Number text in radix 2 to 36 (radix.cpp): lower-case letters, a sign
+// only in radix 10 (any other radix shows the bits unsigned). kERANGE with
+// an empty buffer when the text does not fit size; kEINVAL for a null
+// buffer, a size of 0 or a radix out of range.
 errno_t _itow_s(int value, WCHAR* buffer, std::size_t size, int radix);
-std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
-// _wtoi and atoi (numbers.cpp): leading white space, an optional sign, then
-// decimal digits up to the first other element; no digits give 0, and a
-// value beyond the int range gives INT_MAX or INT_MIN.
+errno_t _itoa_s(int value, char* buffer, std::size_t size, int radix);
+errno_t _ultow_s(std::uint32_t value, WCHAR* buffer, std::size_t size, int radix);
+errno_t _ultoa_s(std::uint32_t value, char* buffer, std::size_t size, int radix);
+errno_t _i64tow_s(std::int64_t value, WCHAR* buffer, std::size_t size, int radix);
+errno_t _i64toa_s(std::int64_t value, char* buffer, std::size_t size, int radix);
+errno_t _ui64tow_s(std::uint64_t value, WCHAR* buffer, std::size_t size, int radix);
+errno_t _ui64toa_s(std::uint64_t value, char* buffer, std::size_t size, int radix);
+// Number parses (numbers.cpp), as the current Windows runtime does them:
+// leading white space, one sign, then digits up to the first other element;
+// no digits give 0. Wide text skips the Unicode white space (U+3000, U+00A0,
+// U+0085, U+1680, U+2000 to U+200A, U+2028, U+2029, U+202F, U+205F, not a
+// byte-order mark) and reads the decimal digits of other scripts, full-width
+// ones among them; a full-width minus is no sign. Narrow text sees bytes
+// only. Values out of range give the limit of the type on its sign's side.
 int _wtoi(const WCHAR* text);
 int atoi(const char* text);
+std::int64_t _wtoi64(const WCHAR* text);
+std::int64_t _atoi64(const char* text);
+// Unsigned: out of range gives UINT64_MAX whatever the sign; in range, a
+// leading minus negates the value modulo 2 to the 64th.
+std::uint64_t _wcstoui64(const WCHAR* text, WCHAR** end, int radix);
+std::uint64_t _strtoui64(const char* text, char** end, int radix);
+// long is 32 bits, as on Windows. Radix 16 (or 0) takes a 0x before the
+// digits (a 0x with no digit behind it is no number); letters are ASCII of
+// either case. *end is set behind the number, or to text when there is
+// none; values out of range clamp and still consume every digit.
+std::int32_t wcstol(const WCHAR* text, WCHAR** end, int radix);
+std::int32_t strtol(const char* text, char** end, int radix);
 // _wcsicmp and _stricmp (compare.cpp): whole-text comparisons that fold
 // the ASCII letters to lower case; 0 means equal, otherwise the sign of the
 // first folded difference.

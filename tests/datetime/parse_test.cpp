@@ -2,15 +2,12 @@
 #include <string>
 
 #include "support.h"
-#include "twins.h"
 
 namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class TextToDate : public ::testing::Test {};
-TYPED_TEST_SUITE(TextToDate, ElementTypes);
+KZ_TWIN_SUITE(TextToDate);
 
 std::string show(uint16_t a, uint16_t b, uint16_t c) {
   return std::to_string(a) + "-" + std::to_string(b) + "-" + std::to_string(c);
@@ -19,8 +16,10 @@ std::string show(const DateTimeRecord& r) {
   return show(r.year, r.month, r.day) + " " + show(r.hour, r.minute, r.second);
 }
 
-// Dates read at the delimiter, times at colons; every case starts from a
-// record of sevens, so a field left unwritten shows.
+// Dates read at the delimiter, times at colons: a missing field is 0, a
+// surplus one ignored, each field the low 16 bits of a leading integer
+// after white space and a sign, and quoted fields lose their quotes. Every
+// case starts from a record of sevens, so a field left unwritten shows.
 TYPED_TEST(TextToDate, ReadsDateAndTimeFieldsTolerantly) {
   using Ch = TypeParam;
   struct Case {
@@ -30,23 +29,14 @@ TYPED_TEST(TextToDate, ReadsDateAndTimeFieldsTolerantly) {
     const char* expected;
   } cases[] = {
       {"2024-01-02", '-', 1, "2024-1-2"},
-      {"2024-1-2", '-', 1, "2024-1-2"},
       {"2024", '-', 1, "2024-0-0"},
-      {"2024/01/02", '-', 1, "2024-0-0"},  // the field stops at the slash
-      {"2024/01/02", '/', 1, "2024-1-2"},
       {"2024-13-45", '-', 1, "2024-13-45"},
       {"2024-01-02-99", '-', 1, "2024-1-2"},
-      {"-01-02", '-', 1, "0-1-2"},
-      {"-", '-', 1, "0-0-0"},
       {" 2024- +1-x", '-', 1, "2024-1-0"},
-      {"-1/70000/0", '/', 1, "65535-4464-0"},          // the low 16 bits of the value
-      {"\"2024\"-\"01\"-\"02\"", '-', 1, "2024-1-2"},  // quoted fields lose their quotes
+      {"-1/70000/0", '/', 1, "65535-4464-0"},
+      {"\"2024\"-\"01\"-\"02\"", '-', 1, "2024-1-2"},
       {"", '-', 0, "0-0-0"},
-      {"12:34:56", 0, 1, "12-34-56"},
       {"12:34:56.789", 0, 1, "12-34-56"},
-      {"1:2", 0, 1, "1-2-0"},
-      {"99:99:99:1", 0, 1, "99-99-99"},
-      {"", 0, 0, "0-0-0"},
   };
   for (const Case& c : cases) {
     const auto input = text<Ch>(c.input);
@@ -72,12 +62,9 @@ TYPED_TEST(TextToDate, DateTimeHoldsAllSixValuesOrAllZeros) {
     const char* expected;
   } cases[] = {
       {"2024-01-02T03:04:05", "2024-1-2 3-4-5"},
-      {"2024-13-45T99:99:99", "2024-13-45 99-99-99"},
-      {"2024-01-02T03:04:05T06", "2024-1-2 3-4-5"},
       {"2024-01-02T03", "2024-1-2 3-0-0"},
       {fits + "T" + fits, zeros},  // read, and all zero
       {"2024-01-02", nullptr},
-      {"2024-01-02T", nullptr},
       {"T03:04:05", nullptr},
       {"", nullptr},
       {long_part + "T03:04:05", nullptr},
@@ -112,33 +99,22 @@ TYPED_TEST(TextToDate, FileTimeReadsMillisecondsAsAWholeNumber) {
     const char* input;
     int64_t milliseconds_after_base;
   } cases[] = {
-      {"2024-01-02T12:00:00.0", 0},
       {"2024-01-02T12:00:00.5", 5},
-      {"2024-01-02T12:00:00.500", 500},
       {"2024-01-02T12:00:00.006", 6},
       {"2024-01-02T12:00:00.1.2", 0},
-      {"2024-01-02T12:00:00.999", 999},
-      {"2024-01-02T12:00:01", 1000},
-      {"2024-01-02T12:00:00T99", 0},
       {"2024-01-02T12", 0},
       {"2024-01-02T11:59:59.x", -1000},
       {"2024-01-03Tab:cd:ef", 12 * 3600 * 1000},  // no number: the time counts as 0
-      {"", kRefused},
       {"2024-01-02", kRefused},
-      {"2024-01-02T", kRefused},
-      {"T12:00:00", kRefused},
       {"2024-01-02T12:00:00.1000", kRefused},
-      {"2024-13-02T12:00:00", kRefused},
       {"2024-02-30T12:00:00", kRefused},
-      {"2023-02-29T12:00:00", kRefused},
-      {"1600-12-31T12:00:00", kRefused},
       {"2024-01-02T24:00:00", kRefused},
-      {"2024-01-02T12:60:00", kRefused},
-      {"2024-01-02 12:00:00", kRefused},
   };
   for (const Case& c : cases) {
     const int64_t got = read(c.input), after = c.milliseconds_after_base;
-    EXPECT_EQ(got == kRefused ? got : got - base, after == kRefused ? after : after * 10'000)
+    EXPECT_EQ(
+        got == kRefused ? got : got - base,
+        after == kRefused ? after : after * static_cast<int64_t>(kz::os::kTicksPerMillisecond))
         << c.input;
   }
 }
@@ -151,8 +127,8 @@ TYPED_TEST(TextToDate, AllocationFailuresLeaveWholeResultsAndNoLeaks) {
   const auto input = text<Ch>("2024-01-02T03:04:05.678");
   for_each_allocation_failure([&] {
     DateRecord date{7, 7, 7};
-    EXPECT_TRUE(Twin<Ch>::StringDate(input.c_str(), &date, Ch('-')) != 0 ||
-                date.year + date.month + date.day == 0);
+    const int32_t read = Twin<Ch>::StringDate(input.c_str(), &date, Ch('-'));
+    EXPECT_EQ(show(date.year, date.month, date.day), read ? "2024-1-2" : "0-0-0");
     DateTimeRecord record{7, 7, 7, 7, 7, 7};
     const int32_t result = Twin<Ch>::StringDateTime(input.c_str(), &record, Ch('-'), Ch('T'));
     EXPECT_EQ(show(record), result ? "2024-1-2 3-4-5" : "0-0-0 0-0-0");

@@ -10,7 +10,6 @@
 
 #include "platform/platform.h"
 #include "support.h"
-#include "twins.h"
 
 namespace {
 
@@ -78,15 +77,13 @@ TEST_F(Zone, StepsByTheOffsetInForceNow) {
 }
 
 TEST_F(Zone, LocalClockIsTheUtcClockPlusTheOffset) {
+  using namespace std::chrono;
   SYSTEMTIME local;
   os::GetLocalTime(&local);
   FILETIME local_moment;
   ASSERT_NE(os::SystemTimeToFileTime(&local, &local_moment), 0);
-  const int64_t utc_now = std::chrono::duration_cast<std::chrono::microseconds>(
-                              std::chrono::system_clock::now().time_since_epoch())
-                                  .count() *
-                              10 +
-                          utc_ticks(1970, 1, 1, 0, 0);
+  const auto since_1970 = duration_cast<microseconds>(system_clock::now().time_since_epoch());
+  const int64_t utc_now = since_1970.count() * 10 + utc_ticks(1970, 1, 1, 0, 0);
   const int64_t drift = ticks(local_moment) - step() - utc_now;
   EXPECT_LT(drift < 0 ? -drift : drift, 20'000'000) << "is tzdata installed for TZ?";
 }
@@ -98,16 +95,11 @@ TYPED_TEST(ZoneText, StartOfTheCountIsWrittenInLocalTime) {
   const FILETIME zero{0, 0};
   auto out = sentinel_buffer<Ch>(32);
   const int32_t result = Twin<Ch>::FileTimeString(&zero, out.data(), 0, Ch('-'), Ch(' '));
-  if (this->minutes() < 0) {
-    EXPECT_EQ(result, 0);
-    EXPECT_TRUE(untouched_from(out, 0));
-    return;
-  }
   char expected[32];
   std::snprintf(expected, sizeof expected, "1601-01-01 %02d:%02d:00", this->minutes() / 60,
                 this->minutes() % 60);
-  EXPECT_NE(result, 0);
-  EXPECT_EQ(str(out), text<Ch>(expected));
+  EXPECT_EQ(result, this->minutes() < 0 ? 0 : 1);
+  EXPECT_TRUE(this->minutes() < 0 ? untouched_from(out, 0) : holds(out, text<Ch>(expected), 0, 20));
 }
 
 TYPED_TEST(ZoneText, FileTimeTextIsLocalTime) {
@@ -126,9 +118,11 @@ TYPED_TEST(ZoneText, WrittenMomentsReadBackExactly) {
   const int64_t first = utc_ticks(1602, 1, 1, 0, 0), last = utc_ticks(30827, 12, 30, 0, 0);
   for (int i = 0; i < 500; ++i) {
     state = state * 6364136223846793005ull + 1442695040888963407ull;
-    const auto ms =
-        static_cast<int64_t>((state >> 11) % static_cast<uint64_t>((last - first) / 10'000));
-    const FILETIME original = moment(first + ms * 10'000);
+    const auto ms = static_cast<int64_t>(
+        (state >> 11) %
+        static_cast<uint64_t>((last - first) / static_cast<int64_t>(kz::os::kTicksPerMillisecond)));
+    const FILETIME original =
+        moment(first + ms * static_cast<int64_t>(kz::os::kTicksPerMillisecond));
     Ch out[32];
     ASSERT_NE(Twin<Ch>::FileTimeString(&original, out, 1, Ch('/'), Ch('T')), 0);
     FILETIME back{};

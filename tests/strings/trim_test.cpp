@@ -1,34 +1,29 @@
 // The trims and the zero suppression, in both twins, and their narrow scans
 // around double-byte characters.
 #include "support.h"
-#include "twins.h"
 
 namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class Trimming : public ::testing::Test {};
-TYPED_TEST_SUITE(Trimming, ElementTypes);
+KZ_TWIN_SUITE(Trimming);
 
 enum class Op { kLeft, kRight, kBoth, kZeros };
 
 template <class Ch>
 int32_t run(Op op, Ch* dst, const Ch* src, int32_t size, Ch trim) {
-  switch (op) {
-    case Op::kLeft:
-      return Twin<Ch>::StringTrimLeft(dst, src, size, trim);
-    case Op::kRight:
-      return Twin<Ch>::StringTrimRight(dst, src, size, trim);
-    case Op::kBoth:
-      return Twin<Ch>::StringTrim(dst, src, size, trim);
-    case Op::kZeros:
-      break;
-  }
-  return Twin<Ch>::StringZeroSuppress(dst, src, size);
+  return op == Op::kLeft    ? Twin<Ch>::StringTrimLeft(dst, src, size, trim)
+         : op == Op::kRight ? Twin<Ch>::StringTrimRight(dst, src, size, trim)
+         : op == Op::kBoth  ? Twin<Ch>::StringTrim(dst, src, size, trim)
+                            : Twin<Ch>::StringZeroSuppress(dst, src, size);
 }
 
-// Shift-JIS: "表" is 0x95 0x5C, "ソ" 0x83 0x5C.
+// A text of trim elements alone stays whole on the left and keeps one
+// element on the right (both intended); zeros alone give the empty text,
+// and no sign is looked at. In narrow text ("ソ" is 0x83 0x5C, "表" 0x95
+// 0x5C) a lead byte equal to trim is protected by the pair test, but one at
+// the end is no pair; 0x81 0x81 is a pair as well; a trail byte equal to
+// trim does not shorten its character.
 TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
   using Ch = TypeParam;
   struct Case {
@@ -36,44 +31,22 @@ TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
     const char *src, *expected;
     char trim = ' ';
     Only only = Only::kBoth;
-  } cases[] = {
-      {Op::kLeft, "  ab ", "ab "},
-      {Op::kRight, "  ab ", "  ab"},
-      {Op::kBoth, "  ab ", "ab"},
-      // A text of trim elements alone stays whole on the left and keeps one
-      // element on the right. Both intended.
-      {Op::kLeft, "   ", "   "},
-      {Op::kRight, "   ", " "},
-      {Op::kBoth, "   ", " "},
-      {Op::kLeft, "", ""},
-      {Op::kRight, "", ""},
-      {Op::kBoth, "", ""},
-      {Op::kLeft, "ab", "ab"},
-      {Op::kRight, "a b", "a b"},
-      {Op::kZeros, "00120", "120"},
-      {Op::kZeros, "000", ""},
-      {Op::kZeros, "0", ""},
-      {Op::kZeros, "", ""},
-      {Op::kZeros, "-007", "-007"},
-      {Op::kZeros, " 07", " 07"},
-      // Narrow scans end at a double-byte character.
-      {Op::kLeft, " \x95\x5C ", "\x95\x5C ", ' ', Only::kNarrow},
-      {Op::kLeft, "\x95\x5C", "\x95\x5C", '\\', Only::kNarrow},
-      // A lead byte equal to trim is protected by the pair test...
-      {Op::kLeft, "\x83\x5C", "\x83\x5C", '\x83', Only::kNarrow},
-      // ...but a lead byte at the end is no pair: a text of trim alone.
-      {Op::kLeft, "\x81", "\x81", '\x81', Only::kNarrow},
-      {Op::kRight, "a\x81", "a", '\x81', Only::kNarrow},
-      // 0x81 0x81 is a pair as well (0x81 is a trail byte too): both stay.
-      {Op::kRight, "a\x81\x81", "a\x81\x81", '\x81', Only::kNarrow},
-      // A trail byte equal to trim does not shorten the character.
-      {Op::kRight, "\x95\x5C", "\x95\x5C", '\\', Only::kNarrow},
-      {Op::kRight, "\x95\x5C\\", "\x95\x5C", '\\', Only::kNarrow},
-      {Op::kRight, "a\x83\x5C\\\\", "a\x83\x5C", '\\', Only::kNarrow},
-      {Op::kBoth, "\\\x95\x5C\\", "\x95\x5C", '\\', Only::kNarrow},
-      {Op::kZeros, "00\x95\x5C", "\x95\x5C", ' ', Only::kNarrow},
-      {Op::kZeros, "0\x81", "\x81", ' ', Only::kNarrow},
-  };
+  } cases[] = {{Op::kLeft, "  ab ", "ab "},
+               {Op::kRight, "  ab ", "  ab"},
+               {Op::kBoth, "  ab ", "ab"},
+               {Op::kLeft, "   ", "   "},
+               {Op::kRight, "   ", " "},
+               {Op::kBoth, "   ", " "},
+               {Op::kRight, "", ""},
+               {Op::kZeros, "00120", "120"},
+               {Op::kZeros, "000", ""},
+               {Op::kZeros, "-007", "-007"},
+               {Op::kLeft, "\x83\x5C", "\x83\x5C", '\x83', Only::kNarrow},
+               {Op::kLeft, "\x81", "\x81", '\x81', Only::kNarrow},
+               {Op::kRight, "a\x81", "a", '\x81', Only::kNarrow},
+               {Op::kRight, "a\x81\x81", "a\x81\x81", '\x81', Only::kNarrow},
+               {Op::kRight, "a\x83\x5C\\\\", "a\x83\x5C", '\\', Only::kNarrow},
+               {Op::kBoth, "\\\x95\x5C\\", "\x95\x5C", '\\', Only::kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto dst = sentinel_buffer<Ch>(8);
@@ -85,32 +58,22 @@ TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
   }
 }
 
+// Each result "ab" needs 3 elements with its terminator; the right trim
+// also works in place.
 TYPED_TEST(Trimming, SizesAroundTheResult) {
   using Ch = TypeParam;
-  // Each result "ab" needs 3 elements with its terminator.
-  const struct {
-    Op op;
-    const char* src;
-  } cases[] = {
-      {Op::kLeft, "  ab"},
-      {Op::kRight, "ab  "},
-      {Op::kBoth, "ab"},
-      {Op::kZeros, "00ab"},
-  };
-  for (const auto& c : cases) {
+  const std::pair<Op, const char*> cases[] = {
+      {Op::kLeft, "  ab"}, {Op::kRight, "ab  "}, {Op::kBoth, "ab"}, {Op::kZeros, "00ab"}};
+  for (const auto& [op, src] : cases) {
     for (int32_t size : {4, 3, 2, 1, 0}) {
       auto dst = sentinel_buffer<Ch>(6);
       const bool fits = size >= 3;
-      EXPECT_EQ(run(c.op, dst.data(), text<Ch>(c.src).c_str(), size, Ch(' ')), fits ? 2 : 0)
-          << static_cast<int>(c.op) << " size " << size;
-      if (size > 0) {
-        EXPECT_EQ(str(dst), fits ? text<Ch>("ab") : text<Ch>(""));
-      }
-      EXPECT_TRUE(untouched_from(dst, static_cast<std::size_t>(size)))
-          << static_cast<int>(c.op) << " size " << size;
+      EXPECT_EQ(run(op, dst.data(), text<Ch>(src).c_str(), size, Ch(' ')), fits ? 2 : 0) << size;
+      EXPECT_TRUE(size > 0 ? holds(dst, text<Ch>(fits ? "ab" : ""), 0, size)
+                           : untouched_from(dst, 0))
+          << size;
     }
   }
-  // In place, src and dst the same buffer.
   auto buffer = text<Ch>("ab   ");
   EXPECT_EQ(Twin<Ch>::StringTrimRight(buffer.data(), buffer.c_str(), 6, Ch(' ')), 2);
   EXPECT_EQ(std::basic_string<Ch>(buffer.c_str()), text<Ch>("ab"));

@@ -1,0 +1,124 @@
+// Coinage text in both twins: the round trip of the four number types
+// against the C++ library's decimal text, the twins' difference on a sign,
+// the readers' comma removal, the size bound and allocation failures.
+#include <random>
+#include <string>
+
+#include "support.h"
+#include "twins.h"
+
+namespace {
+
+using namespace kz::test;
+
+template <class Ch>
+class Coinage : public ::testing::Test {};
+TYPED_TEST_SUITE(Coinage, ElementTypes);
+
+// The writer and the reader of the value's type.
+template <class Ch>
+struct For {
+  static int32_t write(int32_t v, Ch* d, int32_t n) { return Twin<Ch>::CoinageStringInt(v, d, n); }
+  static int32_t write(uint32_t v, Ch* d, int32_t n) {
+    return Twin<Ch>::CoinageStringDWord(v, d, n);
+  }
+  static int32_t write(int64_t v, Ch* d, int32_t n) {
+    return Twin<Ch>::CoinageStringLongLong(v, d, n);
+  }
+  static int32_t write(uint64_t v, Ch* d, int32_t n) {
+    return Twin<Ch>::CoinageStringULongLong(v, d, n);
+  }
+  static int32_t read(int32_t, const Ch* t) { return Twin<Ch>::StringCoinageInt(t); }
+  static uint32_t read(uint32_t, const Ch* t) { return Twin<Ch>::StringCoinageDWord(t); }
+  static int64_t read(int64_t, const Ch* t) { return Twin<Ch>::StringCoinageLongLong(t); }
+  static uint64_t read(uint64_t, const Ch* t) { return Twin<Ch>::StringCoinageULongLong(t); }
+};
+
+// The text reads back to its value and is, without its commas, the C++
+// library's decimal text, with a comma before every third digit from the
+// right. The narrow twin refuses a sign and leaves the destination alone.
+template <class Ch, class Value>
+void expect_round_trip(Value value) {
+  auto dst = sentinel_buffer<Ch>(32);
+  const int32_t written = For<Ch>::write(value, dst.data(), 30);
+  if (sizeof(Ch) == 1 && value < 0) {
+    ASSERT_EQ(written, -1) << value;
+    ASSERT_TRUE(untouched_from(dst, 0));
+    return;
+  }
+  const auto grouped = str(dst);
+  ASSERT_EQ(written, static_cast<int32_t>(grouped.size())) << value;
+  ASSERT_EQ(For<Ch>::read(value, dst.data()), value) << value;
+  std::basic_string<Ch> digits;
+  for (std::size_t i = 0; i < grouped.size(); ++i) {
+    const bool mark = (grouped.size() - i) % 4 == 0;
+    ASSERT_EQ(grouped[i] == ',', mark) << value;
+    if (!mark) digits.push_back(grouped[i]);
+  }
+  ASSERT_EQ(digits, text<Ch>(std::to_string(value))) << value;
+}
+
+TYPED_TEST(Coinage, EveryWrittenTextReadsBack) {
+  using Ch = TypeParam;
+  std::mt19937_64 random(31);
+  for (int round = 0; round < 3000; ++round) {
+    const uint64_t bits = random() >> (random() % 64);
+    expect_round_trip<Ch>(static_cast<int32_t>(bits));
+    expect_round_trip<Ch>(static_cast<uint32_t>(bits));
+    expect_round_trip<Ch>(static_cast<int64_t>(bits));
+    expect_round_trip<Ch>(bits);
+  }
+  for (int64_t limit : {INT64_MIN, INT64_MAX, int64_t{0}}) expect_round_trip<Ch>(limit);
+  expect_round_trip<Ch>(INT32_MIN);
+  expect_round_trip<Ch>(UINT64_MAX);
+  if constexpr (sizeof(Ch) == 2) {
+    auto dst = sentinel_buffer<Ch>(16);
+    EXPECT_EQ(KZ_CoinageStringIntW(-123456, dst.data(), 16), 9);
+    EXPECT_EQ(str(dst), text<Ch>("-,123,456"));  // the sign groups as an element
+  }
+}
+
+TYPED_TEST(Coinage, ReadersDropEveryCommaBeforeTheParse) {
+  using Ch = TypeParam;
+  const auto as_int = [](const char* s) { return Twin<Ch>::StringCoinageInt(text<Ch>(s).c_str()); };
+  EXPECT_EQ(as_int("1,2,3,4"), 1234);
+  EXPECT_EQ(as_int(",,,"), 0);
+  EXPECT_EQ(as_int(" 12 345"), 12);
+  EXPECT_EQ(as_int("-1,234.5"), -1234);
+  EXPECT_EQ(as_int("2,147,483,648"), INT32_MAX);
+  // DWord keeps the low 32 bits of a 64-bit parse.
+  EXPECT_EQ(Twin<Ch>::StringCoinageDWord(text<Ch>("-1").c_str()), 0xFFFFFFFFu);
+  EXPECT_EQ(Twin<Ch>::StringCoinageDWord(text<Ch>("4,294,967,296").c_str()), 0u);
+  EXPECT_EQ(Twin<Ch>::StringCoinageULongLong(text<Ch>("-1").c_str()), UINT64_MAX);
+  EXPECT_EQ(KZ_StringCoinageIntW(utf16("\u3000\uFF11,\uFF12\uFF13\uFF14").c_str()), 1234);
+  EXPECT_EQ(KZ_StringCoinageIntA("\x82\x50,234"), 0);  // Shift-JIS "1"
+}
+
+// 1234567: below 8 the plain text does not fit, at 8 the grouped text of 9
+// does not.
+TYPED_TEST(Coinage, SizesAroundTheBound) {
+  using Ch = TypeParam;
+  for (int32_t size : {10, 9, 8, 7, 1, 0}) {
+    auto dst = sentinel_buffer<Ch>(12);
+    const bool fits = size >= 9;
+    EXPECT_EQ(Twin<Ch>::CoinageStringInt(1234567, dst.data(), size), fits ? 9 : -1) << size;
+    EXPECT_EQ(str(dst), text<Ch>(fits ? "1,234,567" : "")) << size;
+    EXPECT_TRUE(untouched_from(dst, fits ? 10 : static_cast<std::size_t>(size) + 1)) << size;
+  }
+}
+
+TYPED_TEST(Coinage, AllocationFailuresGiveTheFailureResult) {
+  using Ch = TypeParam;
+  for_each_allocation_failure([] {
+    auto dst = sentinel_buffer<Ch>(16);
+    const int32_t written = Twin<Ch>::CoinageStringULongLong(1234567u, dst.data(), 12);
+    EXPECT_TRUE(written == 9 || (written == -1 && untouched_from(dst, 0)));
+    const int64_t value = Twin<Ch>::StringCoinageLongLong(text<Ch>("-1,234").c_str());
+    EXPECT_TRUE(value == -1234 || value == 0);
+  });
+  kz::alloc_faults::arm(1, false);
+  EXPECT_EQ(Twin<Ch>::StringCoinageInt(text<Ch>("1,234").c_str()), 0);
+  kz::alloc_faults::disarm();
+}
+
+}  // namespace

@@ -476,7 +476,29 @@ KZ_API int32_t KZ_StatusIsStringWaitA(StatusFileHandle* status, const char* expe
 KZ_API int32_t KZ_StatusIsDataWait(StatusFileHandle* status, const void* expected, uint32_t size,
                                    uint32_t timeout);
 
-/* ---- Command line and selection lists ---------------------------------- */
+/* ---- Command line and selection lists ----------------------------------
+ * KZ_CmdLineList: split line by the platform's rule into list, the command
+ * first (KZ_GetCmdLine: the process's own line). An empty line gives one
+ * element, the running program's path. The narrow forms work through wide
+ * text: the line must fit 259 wide elements and each element 259 bytes.
+ * KZ_GetCmdLineParam: the same list without the command (the command alone
+ * gives 1 and an empty list with a null array). Result: 1 with a filled
+ * list; 0 when a limit is passed or memory runs out, and then the list
+ * holds nothing to release.
+ * KZ_GetCommand, KZ_GetCommandDirectory: the file name or the directory of
+ * the command into out; size must hold the whole line, not only the
+ * command. Result: 1 when the line split (out may still be empty), 0 with
+ * out empty otherwise.
+ * KZ_SplitArg: cut text (at most 259 elements) into the command, without
+ * its quotes, and the rest of the line as it stands; each output that is
+ * not null must hold 260 elements and is emptied first.
+ * KZ_GetComnSelectFileCount: the number of files in a file dialog's
+ * selection buffer (one path, or a directory and names, NUL-separated and
+ * ended by two NULs), looking at its first 260 elements only; -1 for a
+ * null or empty selection. KZ_GetComnSelectFiles: their full paths into
+ * list, taking names that begin before position size. Result: the count
+ * stored; -1 for a null or empty selection or no memory for the array,
+ * 0 when a path cannot be stored (list then empty). */
 KZ_API int32_t KZ_CmdLineListW(const KZ_WCHAR* line, StrList* list);
 KZ_API int32_t KZ_CmdLineListA(const char* line, StrList* list);
 KZ_API int32_t KZ_GetCmdLineW(StrList* list);

@@ -111,4 +111,8 @@ bool runs(Only only) {
   return only == kBoth || (only == kNarrow) == (sizeof(Ch) == 1);
 }
 
+// Starts this test program again with the given UTF-8 arguments behind its
+// path, waits for it, and gives its exit status (-1 when it did not run).
+int run_this_program(const std::vector<std::string>& arguments);
+
 }  // namespace kz::test

@@ -97,11 +97,23 @@ struct Twin;
   KZ_TWIN(StatusGetString, suffix)  \
   KZ_TWIN(StatusIsStringWait, suffix)
 
+// Command lines and selections.
+#define KZ_COMMAND_TWINS(suffix)       \
+  KZ_TWIN(CmdLineList, suffix)         \
+  KZ_TWIN(GetCmdLine, suffix)          \
+  KZ_TWIN(GetCmdLineParam, suffix)     \
+  KZ_TWIN(GetCommand, suffix)          \
+  KZ_TWIN(GetCommandDirectory, suffix) \
+  KZ_TWIN(SplitArg, suffix)            \
+  KZ_TWIN(GetComnSelectFiles, suffix)  \
+  KZ_TWIN(GetComnSelectFileCount, suffix)
+
 template <>
 struct Twin<char> {
   KZ_TWINS(A)
   KZ_FILE_TWINS(A)
   KZ_STATUS_TWINS(A)
+  KZ_COMMAND_TWINS(A)
 };
 
 template <>
@@ -109,9 +121,11 @@ struct Twin<wchar> {
   KZ_TWINS(W)
   KZ_FILE_TWINS(W)
   KZ_STATUS_TWINS(W)
+  KZ_COMMAND_TWINS(W)
 };
 
 #undef KZ_STATUS_TWINS
+#undef KZ_COMMAND_TWINS
 #undef KZ_FILE_TWINS
 #undef KZ_TWINS
 #undef KZ_TWIN

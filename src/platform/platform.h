@@ -294,4 +294,35 @@ DWORD WaitForSingleObject(HANDLE object, DWORD timeout);
 // Pauses the calling thread for that many milliseconds.
 void Sleep(DWORD milliseconds);
 
+// ---- Process: the command line (command_line.cpp) ------------------------
+// The process's command line as one text; it belongs to the process and is
+// never released. On POSIX it is rebuilt from the real arguments, each
+// quoted so that CommandLineToArgvW gives it back unchanged, except that
+// the program element has its slashes turned into backslashes and cannot
+// hold a double quote (it loses any); the narrow form is
+// the wide one in the ANSI code page with Windows' best fit and default
+// character.
+const WCHAR* GetCommandLineW();
+const char* GetCommandLineA();
+// Splits a line by the platform's rule into one block that holds a
+// null-terminated array of the elements and their texts, and gives the
+// element count in *count; null when the block cannot be had or line is
+// null. The program element runs from a leading double quote to the next
+// one, or else up to the first blank or tab, and takes backslashes and any
+// other quote literally. Later elements follow the backslash-and-quote rule:
+// 2n backslashes before a quote give n and the quote opens or closes
+// quoting, 2n + 1 give n and a literal quote, other backslashes are literal,
+// and inside quotes a doubled quote gives one literal quote and ends the
+// quoting. Only blank and tab separate. An empty line gives one element,
+// the path of the running program.
+WCHAR** CommandLineToArgvW(const WCHAR* line, int* count);
+// Releases a block of CommandLineToArgvW; gives null.
+void* LocalFree(void* block);
+// The full path of the running program (module must be null), in the
+// layer's Windows form: on POSIX the real path with every slash turned
+// into a backslash. Writes at most size elements and gives the length; of
+// a path that does not fit with its terminator, the first size elements
+// are written, unterminated, and the result is size.
+DWORD GetModuleFileNameW(void* module, WCHAR* file_name, DWORD size);
+
 }  // namespace kz::os

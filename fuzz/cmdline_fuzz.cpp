@@ -1,0 +1,90 @@
+// Drives the command-line family through both twins with arbitrary text:
+// the lists, the command's name and directory, the argument split and the
+// selections. Every output is a heap block of exactly the size the library
+// is told, so AddressSanitizer catches any access behind it, and the leak
+// checker any list that a failure did not give back.
+//
+// Input: a size byte, then the elements (narrow: bytes; wide: the bytes in
+// pairs). The text is the elements up to the first 0; the selection is all
+// of them with two terminators added.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "kz_basis.h"
+#include "twins.h"
+
+namespace {
+
+using wchar = KZ_WCHAR;
+
+using kz::test::Twin;
+
+void check(bool condition) {
+  if (!condition) std::abort();
+}
+
+template <class Ch>
+std::size_t length(const Ch* text) {
+  std::size_t n = 0;
+  while (text[n] != 0) ++n;
+  return n;
+}
+
+template <class Ch>
+void drive(const std::basic_string<Ch>& elements, int32_t size) {
+  using Api = Twin<Ch>;
+  const std::basic_string<Ch> text(elements.c_str());
+  const std::vector<Ch> line(text.c_str(), text.c_str() + text.size() + 1);
+
+  // The parameters are the list without its first element, in order.
+  StrList all{}, parameters{};
+  const int32_t listed = Api::CmdLineList(line.data(), &all);
+  const int32_t rest = Api::GetCmdLineParam(line.data(), &parameters);
+  check(listed == rest);
+  if (listed == 1) {
+    check(all.count >= 1 && parameters.count == all.count - 1);
+    for (int32_t k = 0; k < parameters.count; ++k)
+      check(std::basic_string<Ch>(static_cast<Ch*>(parameters.strings[k])) ==
+            static_cast<Ch*>(all.strings[k + 1]));
+    Api::DeleteStrList(&all);
+    Api::DeleteStrList(&parameters);
+  }
+
+  // The name and the directory fit the output or leave it empty.
+  if (size > 0) {
+    std::vector<Ch> name(static_cast<std::size_t>(size)), directory(name.size());
+    Api::GetCommand(line.data(), name.data(), size);
+    Api::GetCommandDirectory(line.data(), directory.data(), size);
+    check(length(name.data()) < name.size() && length(directory.data()) < directory.size());
+  }
+
+  // The split keeps to its outputs of 260 elements, however long the text.
+  std::vector<Ch> command(260), arguments(260);
+  Api::SplitArg(line.data(), command.data(), arguments.data());
+  check(length(command.data()) + length(arguments.data()) <= text.size());
+
+  // A selection never stores more names than it counts.
+  std::vector<Ch> selection(elements.begin(), elements.end());
+  selection.insert(selection.end(), 2, 0);
+  const int32_t count = Api::GetComnSelectFileCount(selection.data());
+  StrList files{};
+  const int32_t stored = Api::GetComnSelectFiles(selection.data(), size, &files);
+  check(stored <= count && stored == (stored < 0 ? -1 : files.count));
+  if (stored >= 0) Api::DeleteStrList(&files);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 1) return 0;
+  const int32_t buffer_size = static_cast<int32_t>(data[0]) - 2;  // -2 to 253
+  std::string narrow(data + 1, data + size);
+  std::basic_string<wchar> wide;
+  for (std::size_t i = 1; i + 1 < size; i += 2)
+    wide.push_back(static_cast<wchar>(data[i] | (data[i + 1] << 8)));
+  drive(narrow, buffer_size);
+  drive(wide, buffer_size);
+  return 0;
+}

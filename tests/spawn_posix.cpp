@@ -1,0 +1,30 @@
+// Starts the test program again as a child (POSIX): the arguments go to it
+// as they are, and the child's line is what the platform layer rebuilds.
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support.h"
+
+extern char** environ;
+
+namespace kz::test {
+
+int run_this_program(const std::vector<std::string>& arguments) {
+  std::string program(4096, '\0');
+  const ssize_t got = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
+  if (got <= 0) return -1;
+  program.resize(static_cast<std::size_t>(got));
+  std::vector<char*> argv{program.data()};
+  std::vector<std::string> copies(arguments);
+  for (std::string& argument : copies) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  pid_t child = 0;
+  if (::posix_spawn(&child, program.c_str(), nullptr, nullptr, argv.data(), environ) != 0)
+    return -1;
+  int status = 0;
+  if (::waitpid(child, &status, 0) != child) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace kz::test

@@ -119,6 +119,7 @@ void tour_numeric();
 void tour_paths();
 void tour_textfile();
 void tour_status();
+void tour_cmdline();
 
 // The tour's sample of code page 932 text, embedded at build time.
 extern const unsigned char kSampleSjis[];

@@ -12,6 +12,7 @@ int run_tour(const Args&) {
   tour_paths();
   tour_textfile();
   tour_status();
+  tour_cmdline();
   return kOk;
 }
 

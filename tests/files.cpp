@@ -60,6 +60,18 @@ std::string TempDir::path(const std::string& name) const {
   return name.empty() ? root_ : root_ + "\\" + name;
 }
 
+ScopedVariable::ScopedVariable(const char* name, const char* value) : name_(name) {
+  char old[1024];
+  const auto n = kz::os::GetEnvironmentVariableA(name, old, sizeof old);
+  had_ = n > 0 && n < sizeof old;
+  if (had_) old_ = old;
+  kz::os::SetEnvironmentVariableA(name, value);
+}
+
+ScopedVariable::~ScopedVariable() {
+  kz::os::SetEnvironmentVariableA(name_, had_ ? old_.c_str() : nullptr);
+}
+
 std::string read_bytes(const std::string& library_path) {
   std::ifstream in(native(library_path), std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());

@@ -37,14 +37,35 @@ wstring widen(const std::string& narrow);
 // The narrow form of wide text.
 std::string narrow(const wstring& wide);
 
+// Narrow code page 932 text in the width of Ch.
 template <class Ch>
-std::basic_string<Ch> TempDir::at(const std::string& name) const {
+std::basic_string<Ch> in(const std::string& narrow_text) {
   if constexpr (sizeof(Ch) == 1) {
-    return path(name);
+    return narrow_text;
   } else {
-    return widen(path(name));
+    return widen(narrow_text);
   }
 }
+
+template <class Ch>
+std::basic_string<Ch> TempDir::at(const std::string& name) const {
+  return in<Ch>(path(name));
+}
+
+// Sets or removes an environment variable and puts the old value back at
+// the end of its scope.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value);
+  ~ScopedVariable();
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+ private:
+  const char* name_;
+  bool had_ = false;
+  std::string old_;
+};
 
 // Whole files as bytes.
 std::string read_bytes(const std::string& library_path);

@@ -93,8 +93,8 @@ TEST(Utf8, InvalidSequencesBecomeOneReplacementPerMaximalSubpart) {
        "c\x80\xBF"
        "d\xF0\x9F\x98x",
        u"a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd\uFFFDx"},
-      {std::string("\xC0\x80\xE0\x80\xAF\xED\xA0\x80\xF4\x90\x80\x80\xF8\x88", 14),
-       u16string(14, u'\uFFFD')},
+      {std::string("\xC0\x80\xE0\x80\xAF\xF0\x8F\xBF\xBF\xED\xA0\x80\xF4\x90\x80\x80\xF8\x88", 18),
+       u16string(18, u'\uFFFD')},
       {"\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", u"\uD7FF\uE000\U0010FFFF"},
   };
   for (const auto& row : rows) {

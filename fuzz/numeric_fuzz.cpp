@@ -26,13 +26,6 @@ void check(bool condition) {
   if (!condition) std::abort();
 }
 
-template <class Ch>
-std::size_t length(const Ch* text) {
-  std::size_t n = 0;
-  while (text[n] != 0) ++n;
-  return n;
-}
-
 struct Params {
   int32_t size;   // -1 to 62
   int32_t group;  // -1 to 6
@@ -67,7 +60,7 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
     check(written >= -1 && written <= p.size + (p.group == 1 ? 1 : 0));
     // A delimiter of 0 ends the grouped text early.
     if (written >= 0 && delimiter != 0)
-      check(length(grouped.data()) == static_cast<std::size_t>(written));
+      check(std::char_traits<Ch>::length(grouped.data()) == static_cast<std::size_t>(written));
     if (sizeof(Ch) == 1 && numeric == 0) check(written == -1);
   }
 
@@ -107,8 +100,8 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
   // Points and rectangles: the text as given, then a written record.
   PointRecord point{0, 0};
   RectRecord rect{0, 0, 0, 0};
-  check(Api::StringPoint(src.data(), &point, delimiter) <= 1);
-  check(Api::StringRect(src.data(), &rect, delimiter) <= 1);
+  check(Api::StringPoint(src.data(), &point, delimiter) <= 1 &&
+        Api::StringRect(src.data(), &rect, delimiter) <= 1);
   const PointRecord written_point{static_cast<int32_t>(p.value),
                                   static_cast<int32_t>(p.value >> 32)};
   const RectRecord written_rect{written_point.x, written_point.y, n, -n};
@@ -116,10 +109,10 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
   Api::PointString(&written_point, point_text.data(), delimiter);
   Api::RectString(&written_rect, rect_text.data(), delimiter);
   if (reads_back_with(p.delimiter)) {
-    check(Api::StringPoint(point_text.data(), &point, delimiter) == 1);
-    check(point.x == written_point.x && point.y == written_point.y);
-    check(Api::StringRect(rect_text.data(), &rect, delimiter) == 1);
-    check(rect.left == written_rect.left && rect.top == written_rect.top &&
+    check(Api::StringPoint(point_text.data(), &point, delimiter) == 1 &&
+          point.x == written_point.x && point.y == written_point.y);
+    check(Api::StringRect(rect_text.data(), &rect, delimiter) == 1 &&
+          rect.left == written_rect.left && rect.top == written_rect.top &&
           rect.right == written_rect.right && rect.bottom == written_rect.bottom);
   }
 }

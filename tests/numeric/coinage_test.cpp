@@ -1,6 +1,6 @@
 // Coinage text in both twins: the round trip of the four number types
-// against the C++ library's decimal text, the twins' difference on a sign,
-// the readers' comma removal, the size bound and allocation failures.
+// against the C++ library's decimal text, the readers' comma removal, the
+// size bound and allocation failures.
 #include <random>
 #include <string>
 
@@ -11,32 +11,26 @@ namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class Coinage : public ::testing::Test {};
-TYPED_TEST_SUITE(Coinage, ElementTypes);
+KZ_TWIN_SUITE(Coinage);
 
 // The writer and the reader of the value's type.
 template <class Ch>
 struct For {
-  static int32_t write(int32_t v, Ch* d, int32_t n) { return Twin<Ch>::CoinageStringInt(v, d, n); }
-  static int32_t write(uint32_t v, Ch* d, int32_t n) {
-    return Twin<Ch>::CoinageStringDWord(v, d, n);
-  }
-  static int32_t write(int64_t v, Ch* d, int32_t n) {
-    return Twin<Ch>::CoinageStringLongLong(v, d, n);
-  }
-  static int32_t write(uint64_t v, Ch* d, int32_t n) {
-    return Twin<Ch>::CoinageStringULongLong(v, d, n);
-  }
-  static int32_t read(int32_t, const Ch* t) { return Twin<Ch>::StringCoinageInt(t); }
-  static uint32_t read(uint32_t, const Ch* t) { return Twin<Ch>::StringCoinageDWord(t); }
-  static int64_t read(int64_t, const Ch* t) { return Twin<Ch>::StringCoinageLongLong(t); }
-  static uint64_t read(uint64_t, const Ch* t) { return Twin<Ch>::StringCoinageULongLong(t); }
+  using T = Twin<Ch>;
+  static int32_t write(int32_t v, Ch* d, int32_t n) { return T::CoinageStringInt(v, d, n); }
+  static int32_t write(uint32_t v, Ch* d, int32_t n) { return T::CoinageStringDWord(v, d, n); }
+  static int32_t write(int64_t v, Ch* d, int32_t n) { return T::CoinageStringLongLong(v, d, n); }
+  static int32_t write(uint64_t v, Ch* d, int32_t n) { return T::CoinageStringULongLong(v, d, n); }
+  static int32_t read(int32_t, const Ch* t) { return T::StringCoinageInt(t); }
+  static uint32_t read(uint32_t, const Ch* t) { return T::StringCoinageDWord(t); }
+  static int64_t read(int64_t, const Ch* t) { return T::StringCoinageLongLong(t); }
+  static uint64_t read(uint64_t, const Ch* t) { return T::StringCoinageULongLong(t); }
 };
 
 // The text reads back to its value and is, without its commas, the C++
 // library's decimal text, with a comma before every third digit from the
-// right. The narrow twin refuses a sign and leaves the destination alone.
+// right. The narrow twin refuses a sign and leaves the destination alone;
+// the wide twin groups the sign as an element.
 template <class Ch, class Value>
 void expect_round_trip(Value value) {
   auto dst = sentinel_buffer<Ch>(32);
@@ -68,28 +62,21 @@ TYPED_TEST(Coinage, EveryWrittenTextReadsBack) {
     expect_round_trip<Ch>(static_cast<int64_t>(bits));
     expect_round_trip<Ch>(bits);
   }
-  for (int64_t limit : {INT64_MIN, INT64_MAX, int64_t{0}}) expect_round_trip<Ch>(limit);
+  for (int64_t limit : {INT64_MIN, INT64_MAX, int64_t{0}, int64_t{-123456}})
+    expect_round_trip<Ch>(limit);
   expect_round_trip<Ch>(INT32_MIN);
   expect_round_trip<Ch>(UINT64_MAX);
-  if constexpr (sizeof(Ch) == 2) {
-    auto dst = sentinel_buffer<Ch>(16);
-    EXPECT_EQ(KZ_CoinageStringIntW(-123456, dst.data(), 16), 9);
-    EXPECT_EQ(str(dst), text<Ch>("-,123,456"));  // the sign groups as an element
-  }
 }
 
+// Every comma goes before the parse, which stops at a blank and saturates.
 TYPED_TEST(Coinage, ReadersDropEveryCommaBeforeTheParse) {
   using Ch = TypeParam;
-  const auto as_int = [](const char* s) { return Twin<Ch>::StringCoinageInt(text<Ch>(s).c_str()); };
-  EXPECT_EQ(as_int("1,2,3,4"), 1234);
-  EXPECT_EQ(as_int(",,,"), 0);
-  EXPECT_EQ(as_int(" 12 345"), 12);
-  EXPECT_EQ(as_int("-1,234.5"), -1234);
-  EXPECT_EQ(as_int("2,147,483,648"), INT32_MAX);
+  const auto read = [](const char* s) { return Twin<Ch>::StringCoinageInt(text<Ch>(s).c_str()); };
+  EXPECT_EQ(read("1,2,3,4"), 1234);
+  EXPECT_EQ(read(" 12 345"), 12);
+  EXPECT_EQ(read("2,147,483,648"), INT32_MAX);
   // DWord keeps the low 32 bits of a 64-bit parse.
-  EXPECT_EQ(Twin<Ch>::StringCoinageDWord(text<Ch>("-1").c_str()), 0xFFFFFFFFu);
-  EXPECT_EQ(Twin<Ch>::StringCoinageDWord(text<Ch>("4,294,967,296").c_str()), 0u);
-  EXPECT_EQ(Twin<Ch>::StringCoinageULongLong(text<Ch>("-1").c_str()), UINT64_MAX);
+  EXPECT_EQ(Twin<Ch>::StringCoinageDWord(text<Ch>("4,294,967,297").c_str()), 1u);
   EXPECT_EQ(KZ_StringCoinageIntW(utf16("\u3000\uFF11,\uFF12\uFF13\uFF14").c_str()), 1234);
   EXPECT_EQ(KZ_StringCoinageIntA("\x82\x50,234"), 0);  // Shift-JIS "1"
 }
@@ -98,7 +85,7 @@ TYPED_TEST(Coinage, ReadersDropEveryCommaBeforeTheParse) {
 // does not.
 TYPED_TEST(Coinage, SizesAroundTheBound) {
   using Ch = TypeParam;
-  for (int32_t size : {10, 9, 8, 7, 1, 0}) {
+  for (int32_t size : {9, 8, 7, 0}) {
     auto dst = sentinel_buffer<Ch>(12);
     const bool fits = size >= 9;
     EXPECT_EQ(Twin<Ch>::CoinageStringInt(1234567, dst.data(), size), fits ? 9 : -1) << size;
@@ -116,9 +103,6 @@ TYPED_TEST(Coinage, AllocationFailuresGiveTheFailureResult) {
     const int64_t value = Twin<Ch>::StringCoinageLongLong(text<Ch>("-1,234").c_str());
     EXPECT_TRUE(value == -1234 || value == 0);
   });
-  kz::alloc_faults::arm(1, false);
-  EXPECT_EQ(Twin<Ch>::StringCoinageInt(text<Ch>("1,234").c_str()), 0);
-  kz::alloc_faults::disarm();
 }
 
 }  // namespace

@@ -12,17 +12,14 @@ namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class Geometry : public ::testing::Test {};
-TYPED_TEST_SUITE(Geometry, ElementTypes);
+KZ_TWIN_SUITE(Geometry);
 
-constexpr int32_t kUntouched = 77;
+constexpr int32_t kU = 77;  // a field the reader left alone
 
 // A point wants exactly two fields, a rectangle at least four; a refused
 // text leaves the record as it was.
 TYPED_TEST(Geometry, ReadersCountTheFieldsAfterDroppingBlanks) {
   using Ch = TypeParam;
-  constexpr int32_t kU = kUntouched;
   const struct {
     const char* text;
     bool rect;
@@ -48,12 +45,13 @@ TYPED_TEST(Geometry, ReadersCountTheFieldsAfterDroppingBlanks) {
     if (!runs<Ch>(c.only)) continue;
     const auto source = text<Ch>(c.text);
     int32_t record[4] = {kU, kU, kU, kU};
-    const int32_t result =
-        c.rect ? Twin<Ch>::StringRect(source.c_str(), reinterpret_cast<RectRecord*>(record),
-                                      Ch(c.delimiter))
-               : Twin<Ch>::StringPoint(source.c_str(), reinterpret_cast<PointRecord*>(record),
-                                       Ch(c.delimiter));
-    EXPECT_EQ(result, c.result) << c.text;
+    const Ch delimiter(c.delimiter);
+    EXPECT_EQ(c.rect ? Twin<Ch>::StringRect(source.c_str(), reinterpret_cast<RectRecord*>(record),
+                                            delimiter)
+                     : Twin<Ch>::StringPoint(source.c_str(), reinterpret_cast<PointRecord*>(record),
+                                             delimiter),
+              c.result)
+        << c.text;
     for (int i = 0; i < (c.rect ? 4 : 2); ++i) EXPECT_EQ(record[i], c.fields[i]) << c.text << i;
   }
   PointRecord point{};
@@ -61,68 +59,57 @@ TYPED_TEST(Geometry, ReadersCountTheFieldsAfterDroppingBlanks) {
   EXPECT_TRUE(point.x == 10 && point.y == -20);  // full-width digits, a Unicode space
 }
 
-// The C library's "%d%c %d" and so on.
-template <class Ch>
-std::basic_string<Ch> expected_text(const int32_t* fields, int count, char delimiter) {
-  std::string out;
+// The writer's text is the C library's "%d%c %d..." and reads back to the
+// record; the longest fill exactly 25 and 51 elements.
+template <class Ch, class Record>
+void expect_round_trip(const Record& record, unsigned char delimiter) {
+  constexpr int count = sizeof(Record) / sizeof(int32_t);
+  const auto* fields = reinterpret_cast<const int32_t*>(&record);
+  std::string expected;
   char number[16];
   for (int i = 0; i < count; ++i) {
     std::snprintf(number, sizeof number, i == 0 ? "%d" : "%c %d", i == 0 ? fields[i] : delimiter,
                   fields[i]);
-    out += number;
+    expected += number;
   }
-  return text<Ch>(out);
+  auto written = sentinel_buffer<Ch>(count == 2 ? 26 : 52);
+  Record back{};
+  if constexpr (count == 2) {
+    Twin<Ch>::PointString(&record, written.data(), Ch(delimiter));
+    ASSERT_EQ(Twin<Ch>::StringPoint(written.data(), &back, Ch(delimiter)), 1);
+  } else {
+    Twin<Ch>::RectString(&record, written.data(), Ch(delimiter));
+    ASSERT_EQ(Twin<Ch>::StringRect(written.data(), &back, Ch(delimiter)), 1);
+  }
+  ASSERT_EQ(str(written), text<Ch>(expected));
+  ASSERT_TRUE(untouched_from(written, count == 2 ? 25 : 51));
+  ASSERT_EQ(std::memcmp(&back, &record, sizeof record), 0) << expected;
 }
 
-// Records written with a delimiter other than a blank, a sign or a digit
-// read back the same; the longest texts fill exactly 25 and 51 elements.
+// Delimiters other than a blank, a sign or a digit, one above ASCII (a
+// half-width katakana dot) among them.
 TYPED_TEST(Geometry, EveryWrittenRecordReadsBack) {
   using Ch = TypeParam;
   std::mt19937 random(3);
-  const char delimiters[] = {',', ';', '/', '|', '\\', 'x', '\t'};
+  const unsigned char delimiters[] = {',', ';', '/', '|', '\\', 'x', '\t', 0xA5};
   for (int round = 0; round < 2000; ++round) {
-    int32_t fields[4];
-    for (auto& field : fields)
-      field = static_cast<int32_t>(static_cast<uint32_t>(random()) >> (random() % 32));
-    if (round < 2)
-      for (auto& field : fields) field = round == 0 ? INT32_MIN : INT32_MAX;
-    const char delimiter = delimiters[random() % sizeof delimiters];
-
-    const PointRecord point{fields[0], fields[1]};
-    auto point_text = sentinel_buffer<Ch>(26);
-    Twin<Ch>::PointString(&point, point_text.data(), Ch(delimiter));
-    ASSERT_EQ(str(point_text), expected_text<Ch>(fields, 2, delimiter));
-    ASSERT_TRUE(untouched_from(point_text, 25));
-    PointRecord point_back{};
-    ASSERT_EQ(Twin<Ch>::StringPoint(point_text.data(), &point_back, Ch(delimiter)), 1);
-    ASSERT_EQ(std::memcmp(&point_back, &point, sizeof point), 0);
-
-    const RectRecord rect{fields[0], fields[1], fields[2], fields[3]};
-    auto rect_text = sentinel_buffer<Ch>(52);
-    Twin<Ch>::RectString(&rect, rect_text.data(), Ch(delimiter));
-    ASSERT_EQ(str(rect_text), expected_text<Ch>(fields, 4, delimiter));
-    ASSERT_TRUE(untouched_from(rect_text, 51));
-    RectRecord rect_back{};
-    ASSERT_EQ(Twin<Ch>::StringRect(rect_text.data(), &rect_back, Ch(delimiter)), 1);
-    ASSERT_EQ(std::memcmp(&rect_back, &rect, sizeof rect), 0);
+    int32_t f[4];
+    for (auto& field : f)
+      field = round < 2 ? (round == 0 ? INT32_MIN : INT32_MAX)
+                        : static_cast<int32_t>(static_cast<uint32_t>(random()) >> (random() % 32));
+    const unsigned char delimiter = delimiters[random() % sizeof delimiters];
+    expect_round_trip<Ch>(PointRecord{f[0], f[1]}, delimiter);
+    expect_round_trip<Ch>(RectRecord{f[0], f[1], f[2], f[3]}, delimiter);
   }
-}
-
-TYPED_TEST(Geometry, WritersTakeANarrowDelimiterAboveAscii) {
-  using Ch = TypeParam;
-  const PointRecord point{1, 2};
-  auto dst = sentinel_buffer<Ch>(26);
-  Twin<Ch>::PointString(&point, dst.data(), static_cast<Ch>(0xA5));  // half-width katakana dot
-  EXPECT_EQ(str(dst), text<Ch>("1\xA5 2"));
 }
 
 TYPED_TEST(Geometry, AllocationFailuresLeaveTheRecord) {
   using Ch = TypeParam;
   for_each_allocation_failure([] {
-    PointRecord point{kUntouched, kUntouched};
+    PointRecord point{kU, kU};
     const int32_t result = Twin<Ch>::StringPoint(text<Ch>("10, 20").c_str(), &point, Ch(','));
     EXPECT_TRUE(result == 1 ? point.x == 10 && point.y == 20
-                            : result == 0 && point.x == kUntouched && point.y == kUntouched);
+                            : result == 0 && point.x == kU && point.y == kU);
   });
 }
 

@@ -10,21 +10,20 @@ namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class StatusTransfer : public ::testing::Test {};
-TYPED_TEST_SUITE(StatusTransfer, ElementTypes);
+KZ_TWIN_SUITE(StatusTransfer);
 
 const std::string kNihongo = "\x93\xFA\x96\x7B\x8C\xEA";  // three double-byte characters
 
+// Set then get: each value is shorter than the one before, so a remnant
+// would show in the file or in what the getter gives.
 TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   using Ch = TypeParam;
   TempDir dir;
   HeldStatus status(open_status<Ch>(dir, "value"));
   ASSERT_NE(status.get(), nullptr);
   EXPECT_EQ(read_bytes(dir.path("value")), "");  // a new file holds the empty value
-  // Each value is shorter than the one before, so a remnant would show.
   for (const std::string& value :
-       {kNihongo + "abcd", std::string("abc"), std::string("ab"), std::string(""), kNihongo}) {
+       {kNihongo + "abcd", std::string("ab"), std::string(""), kNihongo}) {
     EXPECT_NE(Twin<Ch>::StatusSetString(status.get(), in_width<Ch>(value).c_str()), 0);
     EXPECT_EQ(read_bytes(dir.path("value")), value);
     auto out = sentinel_buffer<Ch>(64);
@@ -33,45 +32,36 @@ TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   }
 }
 
+// The last element read is forced to 0, whether the file goes on or not;
+// the wide twin reads size bytes and converts them into size units.
 TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
   using Ch = TypeParam;
-  struct Row {
-    std::string file;
-    int32_t size;
-  };
-  // The last element read is forced to 0, whether the file goes on or not;
-  // the wide twin reads size bytes and converts them into size units.
-  const Row rows[] = {{"abc", 5}, {"abc", 4}, {"abc", 3}, {"abc", 1}, {"", 2}, {kNihongo, 3}};
   TempDir dir;
   HeldStatus status(open_status<Ch>(dir, "bound"));
   ASSERT_NE(status.get(), nullptr);
-  for (const Row& row : rows) {
-    write_bytes(dir.path("bound"), row.file);
-    auto out = sentinel_buffer<Ch>(static_cast<std::size_t>(row.size) + 2);
-    EXPECT_NE(Twin<Ch>::StatusGetString(status.get(), out.data(), row.size), 0) << row.size;
-    const std::size_t kept = std::min(row.file.size(), static_cast<std::size_t>(row.size - 1));
-    EXPECT_EQ(str(out), in_width<Ch>(row.file.substr(0, kept))) << row.file << " " << row.size;
-    EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(row.size)));
+  const std::pair<std::string, int32_t> rows[] = {
+      {"abc", 5}, {"abc", 4}, {"abc", 3}, {"abc", 1}, {kNihongo, 3}};
+  for (const auto& [file, size] : rows) {
+    write_bytes(dir.path("bound"), file);
+    auto out = sentinel_buffer<Ch>(static_cast<std::size_t>(size) + 2);
+    EXPECT_NE(Twin<Ch>::StatusGetString(status.get(), out.data(), size), 0) << size;
+    const std::size_t kept = std::min(file.size(), static_cast<std::size_t>(size - 1));
+    EXPECT_EQ(str(out), in_width<Ch>(file.substr(0, kept))) << file << " " << size;
+    EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(size)));
   }
-}
-
-TYPED_TEST(StatusTransfer, NullHandleNullBufferAndEmptySizeReadNothing) {
-  using Ch = TypeParam;
-  TempDir dir;
-  HeldStatus status(open_status<Ch>(dir, "nothing"));
-  ASSERT_NE(status.get(), nullptr);
-  write_bytes(dir.path("nothing"), "abc");
   auto out = sentinel_buffer<Ch>(8);
+  for (int32_t size : {0, -1})
+    EXPECT_EQ(Twin<Ch>::StatusGetString(status.get(), out.data(), size), 0);
   EXPECT_EQ(Twin<Ch>::StatusGetString(nullptr, out.data(), 8), 0);
   EXPECT_EQ(Twin<Ch>::StatusGetString(status.get(), nullptr, 8), 0);
-  EXPECT_EQ(Twin<Ch>::StatusGetString(status.get(), out.data(), 0), 0);
-  EXPECT_EQ(Twin<Ch>::StatusGetString(status.get(), out.data(), -1), 0);
   EXPECT_TRUE(untouched_from(out, 0));
   EXPECT_EQ(Twin<Ch>::StatusSetString(nullptr, in_width<Ch>("x").c_str()), 0);
   EXPECT_EQ(Twin<Ch>::StatusCreateFile(nullptr, dir.at<Ch>().c_str()), nullptr);
   EXPECT_EQ(KZ_StatusEndFile(nullptr, 1), 0);
 }
 
+// A second record for the same name finds the file with its value; the
+// first to end leaves the file to it, the last removes it.
 TYPED_TEST(StatusTransfer, ANullDirectoryMeansTheTempVariable) {
   using Ch = TypeParam;
   char temp[260] = {};
@@ -79,41 +69,42 @@ TYPED_TEST(StatusTransfer, ANullDirectoryMeansTheTempVariable) {
   const std::string name =
       "kz-status-temp-" + std::to_string(sizeof(Ch)) + "-" + std::to_string(std::rand() % 100000);
   const std::string path = std::string(temp) + "\\" + name;
-  HeldStatus first(Twin<Ch>::StatusCreateFile(in_width<Ch>(name).c_str(), nullptr));
-  ASSERT_NE(first.get(), nullptr);
-  ASSERT_NE(Twin<Ch>::StatusSetString(first.get(), in_width<Ch>("shared").c_str()), 0);
+  StatusFileHandle* first = Twin<Ch>::StatusCreateFile(in_width<Ch>(name).c_str(), nullptr);
+  ASSERT_NE(first, nullptr);
+  ASSERT_NE(Twin<Ch>::StatusSetString(first, in_width<Ch>("shared").c_str()), 0);
+  StatusFileHandle* second = Twin<Ch>::StatusCreateFile(in_width<Ch>(name).c_str(), nullptr);
+  ASSERT_NE(second, nullptr);
+  EXPECT_NE(KZ_StatusEndFile(first, 0), 0);
   EXPECT_EQ(read_bytes(path), "shared");
-  // A second record for the same arguments finds the file with its value.
-  HeldStatus second(Twin<Ch>::StatusCreateFile(in_width<Ch>(name).c_str(), nullptr));
-  ASSERT_NE(second.get(), nullptr);
   auto out = sentinel_buffer<Ch>(16);
-  EXPECT_NE(Twin<Ch>::StatusGetString(second.get(), out.data(), 16), 0);
+  EXPECT_NE(Twin<Ch>::StatusGetString(second, out.data(), 16), 0);
   EXPECT_EQ(str(out), in_width<Ch>("shared"));
+  EXPECT_NE(KZ_StatusEndFile(second, 1), 0);
+  EXPECT_FALSE(std::filesystem::exists(native(path)));
 }
 
 TYPED_TEST(StatusTransfer, PathsOverTheLimitGiveNull) {
   using Ch = TypeParam;
   TempDir dir;
-  const auto create = [&](const std::basic_string<Ch>& name, const std::basic_string<Ch>& folder) {
+  const auto opens = [&](const std::basic_string<Ch>& name, const std::basic_string<Ch>& folder) {
     StatusFileHandle* status = Twin<Ch>::StatusCreateFile(name.c_str(), folder.c_str());
-    const bool opened = status != nullptr;
     KZ_StatusEndFile(status, 0);
-    return opened;
+    return status != nullptr;
   };
   const auto folder = dir.at<Ch>();
   // Directory, backslash and name: 259 elements fit, 260 do not.
   const std::size_t room = 259 - dir.path().size() - 1;
-  EXPECT_TRUE(create(std::basic_string<Ch>(room, Ch('n')), folder));
-  EXPECT_FALSE(create(std::basic_string<Ch>(room + 1, Ch('n')), folder));
+  EXPECT_TRUE(opens(std::basic_string<Ch>(room, Ch('n')), folder));
+  EXPECT_FALSE(opens(std::basic_string<Ch>(room + 1, Ch('n')), folder));
   // A directory of 260 elements does not fit its own buffer.
-  EXPECT_FALSE(create(in_width<Ch>("x"), std::basic_string<Ch>(260, Ch('d'))));
+  EXPECT_FALSE(opens(in_width<Ch>("x"), std::basic_string<Ch>(260, Ch('d'))));
   if constexpr (sizeof(Ch) == 2) {
     // 130 units are 260 narrow bytes: the wide name is short, its narrow
     // form is not.
     std::string double_bytes;
     for (int i = 0; i < 130; ++i) double_bytes += "\x93\xFA";
-    EXPECT_FALSE(create(widen(double_bytes), folder));
-    EXPECT_FALSE(create(in_width<Ch>("x"), widen(double_bytes)));
+    EXPECT_FALSE(opens(widen(double_bytes), folder));
+    EXPECT_FALSE(opens(in_width<Ch>("x"), widen(double_bytes)));
   }
 }
 
@@ -126,8 +117,7 @@ TYPED_TEST(StatusTransfer, FailedAllocationsGiveTheFailureResults) {
     if (status == nullptr) return;
     const int32_t set = Twin<Ch>::StatusSetString(status, value.c_str());
     auto out = sentinel_buffer<Ch>(16);
-    const int32_t got = Twin<Ch>::StatusGetString(status, out.data(), 16);
-    if (set != 0 && got != 0) {
+    if (set != 0 && Twin<Ch>::StatusGetString(status, out.data(), 16) != 0) {
       EXPECT_EQ(str(out), value);
     }
     const int32_t waited = Twin<Ch>::StatusIsStringWait(status, value.c_str(), 0);
@@ -136,6 +126,8 @@ TYPED_TEST(StatusTransfer, FailedAllocationsGiveTheFailureResults) {
   });
 }
 
+// Text ends at a zero byte; data takes all of it, and a read longer than
+// the file writes only what is there.
 TEST(StatusData, ReadsAndWritesRawBytes) {
   TempDir dir;
   HeldStatus status(open_status<char>(dir, "data"));
@@ -143,11 +135,9 @@ TEST(StatusData, ReadsAndWritesRawBytes) {
   const std::string with_zero("ab\0cd", 5);
   ASSERT_NE(KZ_StatusSetData(status.get(), with_zero.data(), 5), 0);
   EXPECT_EQ(read_bytes(dir.path("data")), with_zero);
-  // Text ends at the zero byte; data takes all of it.
   char text[8] = {};
   EXPECT_NE(KZ_StatusGetStringA(status.get(), text, 8), 0);
   EXPECT_STREQ(text, "ab");
-  // A read longer than the file writes only what is there.
   auto bytes = sentinel_buffer<char>(8);
   EXPECT_NE(KZ_StatusGetData(status.get(), bytes.data(), 8), 0);
   EXPECT_EQ(std::string(bytes.data(), 5), with_zero);
@@ -155,19 +145,6 @@ TEST(StatusData, ReadsAndWritesRawBytes) {
   EXPECT_EQ(KZ_StatusGetData(nullptr, bytes.data(), 8), 0);
   ASSERT_NE(KZ_StatusSetData(status.get(), nullptr, 0), 0);
   EXPECT_EQ(read_bytes(dir.path("data")), "");
-}
-
-TEST(StatusEnd, TheLastRecordToEndRemovesTheFile) {
-  TempDir dir;
-  StatusFileHandle* first = open_status<char>(dir, "end");
-  StatusFileHandle* second = open_status<wchar>(dir, "end");
-  ASSERT_NE(first, nullptr);
-  ASSERT_NE(second, nullptr);
-  ASSERT_NE(KZ_StatusSetStringA(first, "kept"), 0);
-  EXPECT_NE(KZ_StatusEndFile(first, 0), 0);
-  EXPECT_EQ(read_bytes(dir.path("end")), "kept");  // still held by the second
-  EXPECT_NE(KZ_StatusEndFile(second, 1), 0);
-  EXPECT_FALSE(std::filesystem::exists(native(dir.path("end"))));
 }
 
 }  // namespace

@@ -12,25 +12,18 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_support.h"
 #include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
+using kz::fuzz::check;
+using kz::fuzz::length;
+
 using wchar = KZ_WCHAR;
 
 using kz::test::Twin;
-
-void check(bool condition) {
-  if (!condition) std::abort();
-}
-
-template <class Ch>
-std::size_t length(const Ch* text) {
-  std::size_t n = 0;
-  while (text[n] != 0) ++n;
-  return n;
-}
 
 template <class Ch>
 void drive(const std::basic_string<Ch>& elements, int32_t size) {

@@ -14,16 +14,15 @@
 #include <string>
 
 #include "cp932_model.h"
+#include "fuzz_support.h"
 #include "kz_basis.h"
 
 namespace {
 
+using kz::fuzz::check;
+
 using kz::test::Modelled;
 using wchar = KZ_WCHAR;
-
-void check(bool condition) {
-  if (!condition) std::abort();
-}
 
 // A destination size from a selector: small sizes, or sizes around needed.
 int32_t size_from(std::uint8_t selector, int32_t needed) {

@@ -9,16 +9,15 @@
 #include <memory>
 #include <string>
 
+#include "fuzz_support.h"
 #include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
-using kz::test::Twin;
+using kz::fuzz::check;
 
-void check(bool condition) {
-  if (!condition) std::abort();
-}
+using kz::test::Twin;
 
 // Reads each text every way; a moment read from text is written back and
 // read again: the same moment. Then the range checks over the three texts.

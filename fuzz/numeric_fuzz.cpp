@@ -13,18 +13,17 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_support.h"
 #include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
+using kz::fuzz::check;
+
 using wchar = KZ_WCHAR;
 
 using kz::test::Twin;
-
-void check(bool condition) {
-  if (!condition) std::abort();
-}
 
 struct Params {
   int32_t size;   // -1 to 62
@@ -133,13 +132,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   drive(std::string(bytes.c_str()), p);
 
-  std::basic_string<wchar> wide;
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto unit = static_cast<wchar>(static_cast<unsigned char>(bytes[i]) |
-                                         (static_cast<unsigned char>(bytes[i + 1]) << 8));
-    if (unit == 0) break;
-    wide.push_back(unit);
-  }
-  drive(wide, p);
+  drive(kz::fuzz::wide_units(bytes), p);
   return 0;
 }

@@ -11,24 +11,17 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_support.h"
 #include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
+using kz::fuzz::check;
+using kz::fuzz::length;
+
 using wchar = KZ_WCHAR;
 using kz::test::Twin;
-
-void check(bool condition) {
-  if (!condition) std::abort();
-}
-
-template <class Ch>
-std::size_t length(const Ch* text) {
-  std::size_t n = 0;
-  while (text[n] != 0) ++n;
-  return n;
-}
 
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, int32_t size) {
@@ -81,13 +74,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
   drive(std::string(bytes.c_str()), room);
 
-  std::basic_string<wchar> wide;
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto unit = static_cast<wchar>(static_cast<unsigned char>(bytes[i]) |
-                                         (static_cast<unsigned char>(bytes[i + 1]) << 8));
-    if (unit == 0) break;
-    wide.push_back(unit);
-  }
-  drive(wide, room);
+  drive(kz::fuzz::wide_units(bytes), room);
   return 0;
 }

@@ -11,16 +11,15 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_support.h"
 #include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
-using kz::test::Twin;
+using kz::fuzz::check;
 
-void check(bool condition) {
-  if (!condition) std::abort();
-}
+using kz::test::Twin;
 
 // Whether an exact block holds a terminated text of fewer than `limit`
 // elements.

@@ -55,6 +55,17 @@ std::basic_string<Ch> str(const std::vector<Ch>& buffer) {
   return buffer.data();
 }
 
+// The elements of a buffer up to its terminator or its end, as numbers:
+// to compare a whole out-buffer, untouched or not, in one check.
+template <class Ch>
+std::string shown(const std::vector<Ch>& buffer) {
+  std::string out;
+  for (std::size_t i = 0; i < buffer.size() && buffer[i] != 0; ++i)
+    out += std::to_string(static_cast<unsigned>(static_cast<std::make_unsigned_t<Ch>>(buffer[i]))) +
+           " ";
+  return out;
+}
+
 // Whether every element from `from` on still holds the sentinel: nothing
 // was written at or behind a size bound.
 template <class Ch>
@@ -75,6 +86,14 @@ template <class Ch>
     if (i >= buffer.size() || buffer[i] != (i < expected.size() ? expected[i] : Ch{0}))
       return ::testing::AssertionFailure() << "unexpected element at " << i;
   return untouched_from(buffer, from);
+}
+
+// Numbers joined by '-', to compare the fields of records in one check.
+template <class... Values>
+std::string joined(Values... values) {
+  std::string out;
+  ((out += std::to_string(values) + "-"), ...);
+  return out;
 }
 
 // A calendar record, and a moment as one count of ticks and back.
@@ -101,6 +120,20 @@ void for_each_allocation_failure(Body body) {
       if (!reached) break;
     }
   }
+}
+
+// Runs `call`, which shows its result and out-values as text, once with
+// every allocation granted and then under every allocation failure: it gives
+// the whole result or `failed`, never half of one.
+template <class Call>
+void expect_whole_or(const std::string& failed, Call call) {
+  const std::string whole = call();
+  for_each_allocation_failure([&] {
+    const std::string got = call();
+    if (got != whole) {
+      EXPECT_EQ(got, failed) << "whole: " << whole;
+    }
+  });
 }
 
 // Rows of a table that hold for one twin only: double-byte characters are

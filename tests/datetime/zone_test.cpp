@@ -1,12 +1,15 @@
 // The zone step: FILETIMEs are UTC, records and texts local, and the step
-// uses the offset in force at the moment of the call. These tests know the
-// offset of a few zones by their own rules and run when TZ names one of
-// them: ctest runs them under Asia/Tokyo, UTC and America/New_York, on
-// Linux and under Wine (which takes its zone from the same TZ).
+// uses the offset in force at the moment of the call. The Zone tests hold in
+// any zone; ctest runs them under Asia/Tokyo, UTC and America/New_York, on
+// Linux and under Wine (which takes its zone from the same TZ), and the
+// offset of those zones is known here by their own rules.
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "platform/platform.h"
 #include "support.h"
@@ -16,119 +19,123 @@ namespace {
 namespace os = kz::os;
 using namespace kz::test;
 
-// New York keeps daylight time from the second Sunday of March, 07:00 UTC,
-// to the first Sunday of November, 06:00 UTC.
-int new_york_offset_now() {
-  using namespace std::chrono;
-  const auto now = system_clock::now();
-  const year this_year = year_month_day{floor<days>(now)}.year();
-  const auto begins = sys_days{this_year / March / Sunday[2]} + hours{7};
-  const auto ends = sys_days{this_year / November / Sunday[1]} + hours{6};
-  return now >= begins && now < ends ? -240 : -300;
-}
+constexpr int64_t kLastTick = INT64_MAX;
+constexpr auto kMinute = 60 * static_cast<int64_t>(os::kTicksPerSecond);
 
-// The offset east of UTC in minutes that TZ names, if the test knows it.
-std::optional<int> expected_offset() {
-  const char* zone = std::getenv("TZ");
-  if (zone == nullptr) return std::nullopt;
-  const std::string name = zone[0] == ':' ? zone + 1 : zone;
-  if (name == "Asia/Tokyo") return 540;
-  if (name == "UTC" || name == "UTC0" || name == "Etc/UTC") return 0;
-  if (name == "America/New_York") return new_york_offset_now();
-  return std::nullopt;
-}
-
-// Skips the tests of a zone that TZ does not name.
-template <class Ch>
-class ZoneText : public ::testing::Test {
- protected:
-  void SetUp() override {
-    offset_ = expected_offset();
-    if (!offset_) GTEST_SKIP() << "TZ names no zone these tests know (ctest sets it for them)";
-  }
-  int minutes() const { return *offset_; }
-  int64_t step() const { return *offset_ * int64_t{600'000'000}; }
-
- private:
-  std::optional<int> offset_;
-};
-TYPED_TEST_SUITE(ZoneText, ElementTypes);
-using Zone = ZoneText<char>;
-
-int64_t utc_ticks(int year, int month, int day, int hour, int minute) {
+int64_t utc_ticks(int year, int month, int day, int hour = 0, int minute = 0) {
   const SYSTEMTIME t = system_time(year, month, day, hour, minute);
   FILETIME out{};
   EXPECT_NE(os::SystemTimeToFileTime(&t, &out), 0);
   return ticks(out);
 }
 
-// The same offset for every moment converted, winter or summer: the one in
-// force now.
-TEST_F(Zone, StepsByTheOffsetInForceNow) {
-  for (const int64_t utc : {utc_ticks(2024, 1, 15, 12, 0), utc_ticks(2024, 7, 15, 12, 0),
-                            utc_ticks(1700, 3, 1, 0, 0)}) {
+// The offset in force, in ticks east of UTC, as the platform steps a moment
+// in the middle of the count.
+int64_t offset_in_force() {
+  const FILETIME utc = moment(utc_ticks(2024, 1, 15, 12));
+  FILETIME local{};
+  EXPECT_NE(os::FileTimeToLocalFileTime(&utc, &local), 0);
+  return ticks(local) - ticks(utc);
+}
+
+// How far the local clock is from the UTC clock plus `offset`, in ticks.
+int64_t clock_drift(int64_t offset) {
+  SYSTEMTIME now;
+  os::GetLocalTime(&now);
+  FILETIME local{};
+  EXPECT_NE(os::SystemTimeToFileTime(&now, &local), 0);
+  const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
+  return std::abs(ticks(local) - offset - utc_ticks(1970, 1, 1) -
+                  std::chrono::duration_cast<std::chrono::microseconds>(since_1970).count() * 10);
+}
+
+// The offset of the zone TZ names, if the test knows it. New York keeps
+// daylight time from the second Sunday of March, 07:00 UTC, to the first
+// Sunday of November, 06:00 UTC; the offset in force now is used all year.
+std::optional<int64_t> known_offset() {
+  using namespace std::chrono;
+  const char* zone = std::getenv("TZ");
+  const std::string name = zone == nullptr ? "" : zone[0] == ':' ? zone + 1 : zone;
+  const auto now = system_clock::now();
+  const year this_year = year_month_day{floor<days>(now)}.year();
+  const bool summer = now >= sys_days{this_year / March / Sunday[2]} + hours{7} &&
+                      now < sys_days{this_year / November / Sunday[1]} + hours{6};
+  if (name == "Asia/Tokyo") return 540 * kMinute;
+  if (name == "UTC" || name == "UTC0" || name == "Etc/UTC") return 0;
+  if (name == "America/New_York") return (summer ? -240 : -300) * kMinute;
+  return std::nullopt;
+}
+
+// The same offset for every moment converted, winter or summer, and for
+// the local clock.
+TEST(Zone, StepsByTheOffsetOfTheZoneTzNames) {
+  const auto offset = known_offset();
+  if (!offset) GTEST_SKIP() << "TZ names no zone this test knows (ctest sets it for it)";
+  for (const int64_t utc :
+       {utc_ticks(2024, 1, 15, 12), utc_ticks(2024, 7, 15, 12), utc_ticks(1700, 3, 1)}) {
     FILETIME local{}, back{};
     const FILETIME in = moment(utc);
     ASSERT_NE(os::FileTimeToLocalFileTime(&in, &local), 0);
-    EXPECT_EQ(ticks(local) - utc, step());
+    EXPECT_EQ(ticks(local) - utc, *offset);
     ASSERT_NE(os::LocalFileTimeToFileTime(&local, &back), 0);
     EXPECT_EQ(ticks(back), utc);
   }
+  EXPECT_LT(clock_drift(*offset), 20'000'000) << "is tzdata installed for TZ?";
 }
 
-TEST_F(Zone, LocalClockIsTheUtcClockPlusTheOffset) {
-  using namespace std::chrono;
-  SYSTEMTIME local;
-  os::GetLocalTime(&local);
-  FILETIME local_moment;
-  ASSERT_NE(os::SystemTimeToFileTime(&local, &local_moment), 0);
-  const auto since_1970 = duration_cast<microseconds>(system_clock::now().time_since_epoch());
-  const int64_t utc_now = since_1970.count() * 10 + utc_ticks(1970, 1, 1, 0, 0);
-  const int64_t drift = ticks(local_moment) - step() - utc_now;
-  EXPECT_LT(drift < 0 ? -drift : drift, 20'000'000) << "is tzdata installed for TZ?";
+// Both ends of the count, each side of the tick at which the local form
+// leaves it in this zone, and all bits set: a local form outside the
+// count is refused and leaves the out-value, never wraps.
+TEST(ZoneEdge, LocalFormOutsideTheCountIsRefusedNotWrapped) {
+  const int64_t offset = offset_in_force(), untouched = 0x5A5A5A5A'A5A5A5A5;
+  const int64_t edge = offset < 0 ? -offset : kLastTick - offset;
+  for (const uint64_t bits : {uint64_t{0}, uint64_t{kLastTick}, uint64_t(edge), uint64_t(edge) - 1,
+                              uint64_t(edge) + 1, ~uint64_t{0}}) {
+    const auto utc = static_cast<int64_t>(bits);
+    const bool in_count = utc >= 0 && (offset >= 0 ? utc <= kLastTick - offset : utc >= -offset);
+    FILETIME local = moment(untouched);
+    const FILETIME in = moment(utc);
+    ASSERT_EQ(os::FileTimeToLocalFileTime(&in, &local) != 0, in_count) << std::hex << utc;
+    EXPECT_EQ(ticks(local), in_count ? utc + offset : untouched) << std::hex << utc;
+  }
 }
 
-// East of UTC the start of the count is written in local time; west of it
-// the local moment lies before the count and nothing is written.
-TYPED_TEST(ZoneText, StartOfTheCountIsWrittenInLocalTime) {
+KZ_TWIN_SUITE(ZoneText);
+
+// A moment whose local form leaves the count, or with the top bit set,
+// gives 0 and leaves the buffer; any other written with milliseconds reads
+// back to the same millisecond, from local text.
+TYPED_TEST(ZoneText, WrittenMomentsReadBackExactlyOrAreRefused) {
   using Ch = TypeParam;
-  const FILETIME zero{0, 0};
-  auto out = sentinel_buffer<Ch>(32);
-  const int32_t result = Twin<Ch>::FileTimeString(&zero, out.data(), 0, Ch('-'), Ch(' '));
-  char expected[32];
-  std::snprintf(expected, sizeof expected, "1601-01-01 %02d:%02d:00", this->minutes() / 60,
-                this->minutes() % 60);
-  EXPECT_EQ(result, this->minutes() < 0 ? 0 : 1);
-  EXPECT_TRUE(this->minutes() < 0 ? untouched_from(out, 0) : holds(out, text<Ch>(expected), 0, 20));
+  const int64_t offset = offset_in_force(), ms = static_cast<int64_t>(os::kTicksPerMillisecond);
+  const int64_t first = utc_ticks(1601, 1, 1), last = utc_ticks(30827, 12, 30);
+  std::vector<int64_t> moments = {first, last, -1, INT64_MIN};
+  uint64_t state = 12345;
+  for (int i = 0; i < 500; ++i) {
+    state = state * 6364136223846793005ull + 1442695040888963407ull;
+    moments.push_back(first + static_cast<int64_t>((state >> 11) % uint64_t(last / ms)) * ms);
+  }
+  for (const int64_t utc : moments) {
+    const FILETIME original = moment(utc);
+    const bool written = utc >= 0 && utc + offset >= 0;
+    auto out = sentinel_buffer<Ch>(32);
+    ASSERT_EQ(Twin<Ch>::FileTimeString(&original, out.data(), 1, Ch('/'), Ch('T')), written) << utc;
+    if (!written) {
+      EXPECT_TRUE(untouched_from(out, 0)) << utc;
+      continue;
+    }
+    FILETIME back{};
+    ASSERT_NE(Twin<Ch>::StringFileTime(out.data(), &back, Ch('/'), Ch('T')), 0);
+    ASSERT_EQ(ticks(back), utc);
+  }
 }
 
 TYPED_TEST(ZoneText, FileTimeTextIsLocalTime) {
   using Ch = TypeParam;
   FILETIME read{};
-  ASSERT_NE(
-      Twin<Ch>::StringFileTime(text<Ch>("2024-01-02T09:00:00").c_str(), &read, Ch('-'), Ch('T')),
-      0);
-  EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9, 0) - this->step());
-}
-
-// Any moment written with milliseconds reads back to the same millisecond.
-TYPED_TEST(ZoneText, WrittenMomentsReadBackExactly) {
-  using Ch = TypeParam;
-  uint64_t state = 12345;
-  const int64_t first = utc_ticks(1602, 1, 1, 0, 0), last = utc_ticks(30827, 12, 30, 0, 0);
-  for (int i = 0; i < 500; ++i) {
-    state = state * 6364136223846793005ull + 1442695040888963407ull;
-    const auto ms = static_cast<int64_t>(
-        (state >> 11) %
-        static_cast<uint64_t>((last - first) / static_cast<int64_t>(kz::os::kTicksPerMillisecond)));
-    const FILETIME original =
-        moment(first + ms * static_cast<int64_t>(kz::os::kTicksPerMillisecond));
-    Ch out[32];
-    ASSERT_NE(Twin<Ch>::FileTimeString(&original, out, 1, Ch('/'), Ch('T')), 0);
-    FILETIME back{};
-    ASSERT_NE(Twin<Ch>::StringFileTime(out, &back, Ch('/'), Ch('T')), 0);
-    ASSERT_EQ(ticks(back), ticks(original));
-  }
+  const auto local = text<Ch>("2024-01-02T09:00:00");
+  ASSERT_NE(Twin<Ch>::StringFileTime(local.c_str(), &read, Ch('-'), Ch('T')), 0);
+  EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9) - offset_in_force());
 }
 
 // From 00:00:00.000 to 23:59:59.000 of the local day, also far from UTC.
@@ -138,12 +145,52 @@ TYPED_TEST(ZoneText, TodayIsInsideTodayInTheTextForms) {
   os::GetLocalTime(&now);
   if (now.wHour == 23 && now.wMinute == 59 && now.wSecond == 59)
     GTEST_SKIP() << "the last second of the day lies outside by design";
-  char today[32];
-  std::snprintf(today, sizeof today, "%04d-%02d-%02d", now.wYear, now.wMonth, now.wDay);
-  const auto day = text<Ch>(today);
-  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDate(day.c_str(), day.c_str(), 1), 1);
   const DateRecord date{now.wYear, now.wMonth, now.wDay};
+  Ch day[16];
+  Twin<Ch>::DateString(&date, day, Ch('-'));
+  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDate(day, day, 1), 1);
   EXPECT_EQ(KZ_CheckCurrentDate(&date, &date), 1);
+}
+
+// Puts TZ back as it was, set or not ("TZ" alone removes it), at the end.
+struct SavedTz {
+  std::string setting = std::getenv("TZ") ? std::string("TZ=") + std::getenv("TZ") : "TZ";
+  ~SavedTz() {
+    static std::string kept;  // putenv keeps the pointer
+    kept = setting;
+    putenv(kept.data());
+  }
+};
+
+// A program that sets TZ while it runs gets the new zone at the next call,
+// in both directions of the step and in the clock. The zones are POSIX
+// rules without daylight time, so they need no zone files. Not named Zone:
+// it changes TZ itself, and does not apply under the per-zone runs. The
+// Windows build takes its zone from the system; KZ_WCHAR is the system's
+// wchar_t only there.
+TEST(ChangingTz, NextCallTakesTheNewOffset) {
+  if (std::is_same_v<KZ_WCHAR, wchar_t>) GTEST_SKIP() << "the Windows zone does not follow TZ";
+  const SavedTz saved;
+  static struct {
+    char setting[16];
+    const char* local_text;
+    int minutes;
+  } rows[] = {{"TZ=JST-9", "2024-01-02T09:00:00", 540},
+              {"TZ=HST10", "2024-01-01T14:00:00", -600},
+              {"TZ=IST-5:30", "2024-01-02T05:30:00", 330},
+              {"TZ=UTC0", "2024-01-02T00:00:00", 0},
+              {"TZ=JST-9", "2024-01-02T09:00:00", 540}};
+  const FILETIME utc = moment(utc_ticks(2024, 1, 2));
+  for (auto& row : rows) {
+    ASSERT_EQ(putenv(row.setting), 0);
+    char out[32];
+    ASSERT_NE(KZ_FileTimeStringA(&utc, out, 0, '-', 'T'), 0);
+    EXPECT_STREQ(out, row.local_text) << row.setting;
+    FILETIME read{};
+    ASSERT_NE(KZ_StringFileTimeA(row.local_text, &read, '-', 'T'), 0);
+    EXPECT_EQ(ticks(read), ticks(utc)) << row.setting;
+    EXPECT_LT(clock_drift(row.minutes * kMinute), kMinute) << row.setting;
+  }
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "support.h"
-#include "twins.h"
 
 namespace {
 
@@ -62,10 +61,11 @@ TYPED_TEST(Coinage, EveryWrittenTextReadsBack) {
     expect_round_trip<Ch>(static_cast<int64_t>(bits));
     expect_round_trip<Ch>(bits);
   }
-  for (int64_t limit : {INT64_MIN, INT64_MAX, int64_t{0}, int64_t{-123456}})
+  for (int64_t limit : {INT64_MIN, INT64_MAX, int64_t{0}, int64_t{-123456}}) {
     expect_round_trip<Ch>(limit);
-  expect_round_trip<Ch>(INT32_MIN);
-  expect_round_trip<Ch>(UINT64_MAX);
+    expect_round_trip<Ch>(static_cast<int32_t>(limit >> 32));
+    expect_round_trip<Ch>(static_cast<uint64_t>(limit) * 2 + 1);
+  }
 }
 
 // Every comma goes before the parse, which stops at a blank and saturates.
@@ -99,9 +99,14 @@ TYPED_TEST(Coinage, AllocationFailuresGiveTheFailureResult) {
   for_each_allocation_failure([] {
     auto dst = sentinel_buffer<Ch>(16);
     const int32_t written = Twin<Ch>::CoinageStringULongLong(1234567u, dst.data(), 12);
-    EXPECT_TRUE(written == 9 || (written == -1 && untouched_from(dst, 0)));
+    if (written != 9) {
+      EXPECT_EQ(written, -1);
+    }
+    EXPECT_TRUE(written == 9 ? holds(dst, text<Ch>("1,234,567"), 0, 12) : untouched_from(dst, 0));
     const int64_t value = Twin<Ch>::StringCoinageLongLong(text<Ch>("-1,234").c_str());
-    EXPECT_TRUE(value == -1234 || value == 0);
+    if (value != -1234) {
+      EXPECT_EQ(value, 0);
+    }
   });
 }
 

@@ -18,6 +18,7 @@ std::basic_string<Ch> take(StrList& list) {
     entries += static_cast<const Ch*>(list.strings[i]) + std::basic_string<Ch>(1, Ch('|'));
   }
   Twin<Ch>::DeleteStrList(&list);
+  EXPECT_EQ(joined(list.count, list.strings != nullptr), joined(0, 0));
   return entries;
 }
 

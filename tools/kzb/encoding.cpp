@@ -8,7 +8,7 @@
 #include <cstring>
 #include <memory>
 
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 #include "kzb.h"
 
 namespace kzb {

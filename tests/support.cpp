@@ -1,6 +1,6 @@
 #include "support.h"
 
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 
 namespace kz::test {
 

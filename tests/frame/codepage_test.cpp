@@ -210,4 +210,24 @@ TEST(CodePage932, EveryPairAndByteAcrossABlockEdgeDecodesAsTheModel) {
   });
 }
 
+// Texts longer than the piece a converter takes at once: a piece ends behind
+// a byte that cannot lead a pair, found by going back over those that can,
+// and a text of nothing but lead bytes goes whole.
+TEST(CodePage932, TextsLongerThanAPieceConvertAsTheModel) {
+  for_each_path([](const std::string& path) {
+    TextMaker maker;
+    std::vector<char> bytes(40000);
+    std::vector<WCHAR> units(40000);
+    for (int mix = 0; mix < 4; ++mix) {
+      const int length = 30001 + mix;
+      const std::string narrow =
+          mix < 3 ? maker.make<char>(length, mix) : std::string(length, '\x88');
+      ASSERT_TRUE(converts_as_model(narrow, bytes.data())) << path << " mix " << mix;
+      if (mix == 3) continue;
+      ASSERT_TRUE(converts_as_model(maker.make<char16_t>(length, mix), units.data()))
+          << path << " mix " << mix;
+    }
+  });
+}
+
 }  // namespace

@@ -1,4 +1,4 @@
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 
 #include <bit>
 #include <random>

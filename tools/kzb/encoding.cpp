@@ -8,7 +8,7 @@
 #include <cstring>
 #include <memory>
 
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 #include "kzb.h"
 
 namespace kzb {
@@ -184,7 +184,8 @@ class Encoder {
         char* bytes = out.room(capacity);
         const int32_t result = KZ_UNICODE2SJIS(piece, bytes, static_cast<int32_t>(capacity));
         const std::size_t written = result > 1 ? static_cast<std::size_t>(result - 2) : 0;
-        if (tally) bytes_before = check(piece, units, bytes_before, decoded, *tally);
+        if (tally && (nul || !all_known_exact(piece, units)))
+          bytes_before = check(piece, units, bytes_before, decoded, *tally);
         out.commit(written);
       }
       units_before = start + units;
@@ -210,6 +211,15 @@ class Encoder {
       known = same ? kExact : kChanged;
     }
     return known == kExact;
+  }
+
+  // Whether every unit of the piece is known to come back as itself: one
+  // table lookup a unit and no branch, so that text without a finding (and
+  // units met before) costs little; the exact check runs only otherwise.
+  bool all_known_exact(const KZ_WCHAR* piece, std::size_t units) const {
+    unsigned doubt = 0;
+    for (std::size_t k = 0; k < units; ++k) doubt |= exact_[static_cast<char16_t>(piece[k])];
+    return doubt == 0;
   }
 
   // Notes each character of the piece that has no exact form, at its byte
@@ -252,8 +262,13 @@ class Encoder {
     return at;
   }
 
-  static constexpr std::uint8_t kUnknown = 0, kExact = 1, kChanged = 2;
-  std::vector<std::uint8_t> exact_ = std::vector<std::uint8_t>(65536, kUnknown);
+  static constexpr std::uint8_t kExact = 0, kUnknown = 1, kChanged = 2;
+  // ASCII comes back as itself, and check() never asks about it.
+  std::vector<std::uint8_t> exact_ = [] {
+    std::vector<std::uint8_t> table(65536, kUnknown);
+    std::fill_n(table.begin(), 0x80, kExact);
+    return table;
+  }();
   std::vector<KZ_WCHAR> wide_;
 };
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 #include "kzb.h"
 
 namespace kzb {

@@ -8,7 +8,7 @@
 #include <string.h>
 #include <windows.h>
 
-#include "frame/utf8.h"
+#include "platform/utf8.h"
 #include "kzb.h"
 
 namespace kzb::os {

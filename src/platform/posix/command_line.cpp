@@ -3,8 +3,9 @@
 //
 // Linux has no command line, only the argument vector, so the line is
 // rebuilt from /proc/self/cmdline with each argument quoted for the split
-// below, and the program's slashes turned into backslashes. Arguments and the program's path are
-// UTF-8 and become 16-bit text; a byte that is no part of a UTF-8 sequence becomes U+FFFD.
+// below, and the program's slashes turned into backslashes. Arguments and
+// the program's path are UTF-8 and become 16-bit text; invalid UTF-8
+// becomes U+FFFD.
 #include <unistd.h>
 
 #include <cstdio>
@@ -12,6 +13,7 @@
 
 #include "frame/memory.h"
 #include "platform/platform.h"
+#include "platform/utf8.h"
 
 namespace kz::os {
 namespace {
@@ -27,52 +29,7 @@ bool separates(WCHAR c) { return c == kBlank || c == kTab; }
 
 // ---- UTF-8 ------------------------------------------------------------------
 
-void append_utf16(wide& out, char32_t cp) {
-  if (cp >= 0x10000) {
-    cp -= 0x10000;
-    out.push_back(static_cast<WCHAR>(0xD800 + (cp >> 10)));
-    out.push_back(static_cast<WCHAR>(0xDC00 + (cp & 0x3FF)));
-  } else {
-    out.push_back(static_cast<WCHAR>(cp));
-  }
-}
-
-wide from_utf8(const std::string& bytes) {
-  wide out;
-  std::size_t i = 0;
-  while (i < bytes.size()) {
-    const auto lead = static_cast<unsigned char>(bytes[i]);
-    int extra = 0;
-    char32_t cp = lead;
-    char32_t least = 0;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      extra = 1, cp = lead & 0x1F, least = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      extra = 2, cp = lead & 0x0F, least = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      extra = 3, cp = lead & 0x07, least = 0x10000;
-    } else if (lead >= 0x80) {
-      extra = -1;
-    }
-    bool valid = extra >= 0 && i + static_cast<std::size_t>(extra) < bytes.size();
-    for (int k = 1; valid && k <= extra; ++k) {
-      const auto next = static_cast<unsigned char>(bytes[i + static_cast<std::size_t>(k)]);
-      valid = (next & 0xC0) == 0x80;
-      cp = (cp << 6) | (next & 0x3F);
-    }
-    // Overlong forms, surrogate halves and values beyond U+10FFFF are no
-    // characters either.
-    if (valid && (cp < least || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))) valid = false;
-    if (!valid) {
-      out.push_back(0xFFFD);
-      ++i;
-      continue;
-    }
-    append_utf16(out, cp);
-    i += static_cast<std::size_t>(extra) + 1;
-  }
-  return out;
-}
+wide from_utf8(const std::string& bytes) { return utf8::to_utf16<WCHAR>(bytes); }
 
 // ---- The program's path ---------------------------------------------------------
 

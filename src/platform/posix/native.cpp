@@ -6,37 +6,29 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
+
+#include "platform/utf8.h"
 
 namespace kz::os::posix {
 
+// Both convert in pieces of a few dozen elements through a buffer on the
+// stack, since out may be shorter than the most a text could need; a
+// sequence cut at a piece's end waits for the next piece.
 long to_utf8(const WCHAR* text, char* out, std::size_t capacity) {
-  std::size_t n = 0;
-  const auto put = [&](unsigned value) {
-    if (n + 1 >= capacity) return false;
-    out[n++] = static_cast<char>(value);
-    return true;
-  };
-  for (std::size_t i = 0; text[i] != 0; ++i) {
-    char32_t c = text[i];
-    if (c >= 0xD800 && c <= 0xDBFF && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-      ++i;
-    } else if (c >= 0xD800 && c <= 0xDFFF) {
-      c = 0xFFFD;
-    }
-    bool fits;
-    if (c < 0x80) {
-      fits = put(c);
-    } else if (c < 0x800) {
-      fits = put(0xC0 | (c >> 6)) && put(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-      fits = put(0xE0 | (c >> 12)) && put(0x80 | ((c >> 6) & 0x3F)) && put(0x80 | (c & 0x3F));
-    } else {
-      fits = put(0xF0 | (c >> 18)) && put(0x80 | ((c >> 12) & 0x3F)) &&
-             put(0x80 | ((c >> 6) & 0x3F)) && put(0x80 | (c & 0x3F));
-    }
-    if (!fits) return -1;
+  constexpr std::size_t kPiece = 64;
+  std::size_t length = 0, n = 0;
+  while (text[length] != 0) ++length;
+  for (std::size_t in = 0; in < length;) {
+    char piece[3 * kPiece];
+    const std::size_t take = std::min(kPiece, length - in);
+    const auto done = utf8::encode(text + in, take, piece, in + take == length);
+    if (n + done.written >= capacity) return -1;
+    std::memcpy(out + n, piece, done.written);
+    n += done.written;
+    in += done.read;
   }
   if (capacity == 0) return -1;
   out[n] = 0;
@@ -44,30 +36,17 @@ long to_utf8(const WCHAR* text, char* out, std::size_t capacity) {
 }
 
 long from_utf8(const char* text, WCHAR* out, std::size_t capacity) {
+  constexpr std::size_t kPiece = 64;
+  const std::size_t length = std::strlen(text);
   std::size_t n = 0;
-  const auto put = [&](char32_t unit) {
-    if (n + 1 >= capacity) return false;
-    out[n++] = static_cast<WCHAR>(unit);
-    return true;
-  };
-  const auto* p = reinterpret_cast<const unsigned char*>(text);
-  while (*p != 0) {
-    char32_t c = *p;
-    int extra = c < 0x80 ? 0 : c >= 0xF0 && c < 0xF5 ? 3 : c >= 0xE0 ? 2 : c >= 0xC2 ? 1 : -1;
-    if (extra > 0) c &= 0x3F >> extra;
-    ++p;
-    for (int k = 0; k < extra; ++k, ++p) {
-      if ((*p & 0xC0) != 0x80) {
-        extra = -1;
-        break;
-      }
-      c = (c << 6) | (*p & 0x3F);
-    }
-    if (extra < 0 || (c >= 0xD800 && c <= 0xDFFF) || c > 0x10FFFF) c = 0xFFFD;
-    const bool fits =
-        c >= 0x10000 ? put(0xD800 + ((c - 0x10000) >> 10)) && put(0xDC00 + ((c - 0x10000) & 0x3FF))
-                     : put(c);
-    if (!fits) return -1;
+  for (std::size_t in = 0; in < length;) {
+    WCHAR piece[kPiece];
+    const std::size_t take = std::min(kPiece, length - in);
+    const auto done = utf8::decode(text + in, take, piece, in + take == length);
+    if (n + done.written >= capacity) return -1;
+    std::copy_n(piece, done.written, out + n);
+    n += done.written;
+    in += done.read;
   }
   if (capacity == 0) return -1;
   out[n] = 0;

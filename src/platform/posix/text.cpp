@@ -11,6 +11,7 @@
 // The work is done by kernels (text_paths.h): a plain one here, and vector
 // ones for each instruction set on x86-64, of which the widest the processor
 // runs is chosen when the library loads.
+#include <algorithm>
 #include <cstring>
 
 #include "frame/memory.h"
@@ -312,7 +313,9 @@ long encode_start(const char16_t* src, unsigned char* dst, std::size_t capacity,
 }
 #endif
 
-std::size_t wide_length(const char16_t* text) {
+// The units before the terminator, or `limit` when there are at least that
+// many.
+std::size_t wide_length(const char16_t* text, std::size_t limit = SIZE_MAX) {
 #if KZ_ALIGNED_OVERREAD
   // Whole aligned 16-byte words: the word that holds the terminator lies in
   // the terminator's page, so it cannot fault, though it may read units
@@ -325,18 +328,27 @@ std::size_t wide_length(const char16_t* text) {
     // The bytes of the word before the text count for nothing.
     unsigned zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(*word, zero))) >>
                      (address & 15) << (address & 15);
-    while (zeros == 0)
+    // A word is read only while every unit before it belongs to the text.
+    const std::uintptr_t bound = limit < (SIZE_MAX - address) / 2 ? address + 2 * limit : SIZE_MAX;
+    while (zeros == 0 && reinterpret_cast<std::uintptr_t>(word + 1) < bound)
       zeros = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(*++word, zero)));
+    if (zeros == 0) return limit;
     const auto end = reinterpret_cast<std::uintptr_t>(word) + __builtin_ctz(zeros);
-    return (end - address) / 2;
+    return std::min<std::size_t>((end - address) / 2, limit);
   }
 #endif
   const char16_t* end = text;
   // Each unit is read only when the one before it is not the terminator.
-  while (end[0] != 0 && end[1] != 0 && end[2] != 0 && end[3] != 0) end += 4;
-  while (*end != 0) ++end;
+  while (static_cast<std::size_t>(end - text) + 4 <= limit && end[0] != 0 && end[1] != 0 &&
+         end[2] != 0 && end[3] != 0)
+    end += 4;
+  while (static_cast<std::size_t>(end - text) < limit && *end != 0) ++end;
   return static_cast<std::size_t>(end - text);
 }
+
+// Long texts go in chunks that stay in the cache between finding their end
+// and converting them, so that the text is read from memory once.
+constexpr std::size_t kChunk = 8192;
 
 long decode_terminated(const Kernels& kernels, const unsigned char* src, char16_t* dst,
                        std::size_t capacity) {
@@ -347,13 +359,28 @@ long decode_terminated(const Kernels& kernels, const unsigned char* src, char16_
     if (done != -2) return done;
   }
 #endif
-  const std::size_t nonzero = std::strlen(reinterpret_cast<const char*>(src + in));
-  // Each byte gives at most one unit.
-  const long rest =
-      capacity - out >= nonzero + 1
-          ? kernels.decode_fits(src + in, nonzero + 1, nonzero, dst + out, capacity - out)
-          : kernels.decode_bounded(src + in, nonzero + 1, nonzero, dst + out, capacity - out);
-  return rest < 0 ? -1 : static_cast<long>(out) + rest;
+  for (;;) {
+    const unsigned char* text = src + in;
+    std::size_t nonzero = strnlen(reinterpret_cast<const char*>(text), kChunk);
+    // A chunk ends behind a byte that cannot lead a pair: whether it stands
+    // alone or ends a pair, the next character starts behind it. Failing
+    // one near the end of the chunk, the rest of the text goes at once.
+    std::size_t take = nonzero;
+    if (nonzero == kChunk) {
+      while (take > kChunk - 64 && cp932::kLeadIndex[text[take - 1]] != 0) --take;
+      if (take == kChunk - 64) take = nonzero = std::strlen(reinterpret_cast<const char*>(text));
+    }
+    const bool last = take == nonzero && (nonzero < kChunk || text[take] == 0);
+    const std::size_t length = last ? take + 1 : take;
+    // Each byte gives at most one unit.
+    const long rest = capacity - out >= length
+                          ? kernels.decode_fits(text, length, take, dst + out, capacity - out)
+                          : kernels.decode_bounded(text, length, take, dst + out, capacity - out);
+    if (rest < 0) return -1;
+    in += take;
+    out += static_cast<std::size_t>(rest);
+    if (last) return static_cast<long>(out);
+  }
 }
 
 long encode_terminated(const Kernels& kernels, const char16_t* src, unsigned char* dst,
@@ -365,12 +392,19 @@ long encode_terminated(const Kernels& kernels, const char16_t* src, unsigned cha
     if (done != -2) return done;
   }
 #endif
-  const std::size_t length = wide_length(src + in) + 1;
-  // Each unit gives at most two bytes.
-  const long rest = capacity - out >= 2 * length
-                        ? kernels.encode_fits(src + in, length, dst + out, capacity - out)
-                        : kernels.encode_bounded(src + in, length, dst + out, capacity - out);
-  return rest < 0 ? -1 : static_cast<long>(out) + rest;
+  for (;;) {
+    const std::size_t units = wide_length(src + in, kChunk);
+    const bool last = units < kChunk;
+    const std::size_t length = last ? units + 1 : units;
+    // Each unit gives at most two bytes.
+    const long rest = capacity - out >= 2 * length
+                          ? kernels.encode_fits(src + in, length, dst + out, capacity - out)
+                          : kernels.encode_bounded(src + in, length, dst + out, capacity - out);
+    if (rest < 0) return -1;
+    in += length;
+    out += static_cast<std::size_t>(rest);
+    if (last) return static_cast<long>(out);
+  }
 }
 
 std::size_t decoded_length(const unsigned char* src, std::size_t length) {

@@ -1,5 +1,6 @@
-// UTF-8 and 16-bit text, for the kzb tool and the tests (the library itself
-// never meets UTF-8). Header-only, so that programs which link only the
+// UTF-8 and 16-bit text, for the POSIX layer's native strings (paths, the
+// environment, the command line), the kzb tool and the tests; the library's
+// own text is never UTF-8. Header-only, so that programs which link only the
 // shared library, whose exports are the KZ_ functions alone, can use it too.
 //
 // Reading: invalid input becomes U+FFFD once per maximal subpart (the

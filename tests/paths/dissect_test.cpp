@@ -32,48 +32,39 @@ using String = std::basic_string<Ch>;
 // its trail byte equals the backslash.
 TYPED_TEST(Dissection, TakesThePathApartAtItsLastSeparator) {
   using Ch = TypeParam;
-  const struct {
-    Op op;
-    const char *path, *expected;
-    int32_t result;
-    Only only = kBoth;
-  } cases[] = {
-      {kDrive, "abc:def", "abc", 3},
-      {kDrive, "\\dir\\file", "", -1},
-      {kDrive, "\"a:b\":c", "a:b", 3},
-      {kDrive, ":x", "", 0},
-      {kDirectory, "C:\\file.txt", "C:", 2},
-      {kDirectory, "C:file.txt", "", 0},
-      {kDirectory, "a/b/c", "", 0},
-      {kName, "C:file.txt", "file.txt", 8},
-      {kExt, "C:\\a.b\\c", "b\\c", 3},
+  const std::tuple<Op, const char*, const char*, int32_t, Only> cases[] = {
+      {kDrive, "abc:def", "abc", 3, kBoth},
+      {kDrive, "\\dir\\file", "", -1, kBoth},
+      {kDrive, "\"a:b\":c", "a:b", 3, kBoth},
+      {kDrive, ":x", "", 0, kBoth},
+      {kDirectory, "C:\\file.txt", "C:", 2, kBoth},
+      {kDirectory, "C:file.txt", "", 0, kBoth},
+      {kDirectory, "a/b/c", "", 0, kBoth},
+      {kName, "C:file.txt", "file.txt", 8, kBoth},
+      {kExt, "C:\\a.b\\c", "b\\c", 3, kBoth},
       {kDirectory, "C:\\\x95\x5C\\f", "C:\\\x95\x5C", 5, kNarrow},
       {kName, "C:\\\x95\x5C", "\x95\x5C", 2, kNarrow},
       {kName, "\x95:", "", 0, kNarrow},      // 0x3A is no trail byte
       {kExt, "a.b\x81.c", "c", 1, kNarrow},  // nor is 0x2E
       {kExt, ".\x81", "\x81", 1, kNarrow},   // a lead byte before the end
   };
-  for (const auto& c : cases) {
-    if (!runs<Ch>(c.only)) continue;
+  for (const auto& [op, path, expected, result, only] : cases) {
+    if (!runs<Ch>(only)) continue;
     auto out = sentinel_buffer<Ch>(40);
-    EXPECT_EQ(run(c.op, text<Ch>(c.path).c_str(), out.data(), 32), c.result) << c.path;
-    EXPECT_TRUE(holds(out, text<Ch>(c.expected), 0, 32)) << c.path;
+    EXPECT_EQ(run(op, text<Ch>(path).c_str(), out.data(), 32), result) << path;
+    EXPECT_TRUE(holds(out, text<Ch>(expected), 0, 32)) << path;
   }
-  const struct {
-    Op op;
-    const char* path;
-    int32_t needed;
-  } bounds[] = {{kDrive, "abc:x", 4},
-                {kName, "d\\name", 5},
-                {kExt, "a.ext", 4},
-                {kNotExt, "stem", 5},
-                {kDirectory, "ab\\c", 5}};
-  for (const auto& c : bounds) {
-    for (int32_t size : {c.needed - 1, c.needed, c.needed + 1, 0}) {
+  const std::tuple<Op, const char*, int32_t> bounds[] = {{kDrive, "abc:x", 4},
+                                                         {kName, "d\\name", 5},
+                                                         {kExt, "a.ext", 4},
+                                                         {kNotExt, "stem", 5},
+                                                         {kDirectory, "ab\\c", 5}};
+  for (const auto& [op, path, needed] : bounds) {
+    for (int32_t size : {needed - 1, needed, needed + 1, 0}) {
       auto out = sentinel_buffer<Ch>(16);
-      const int32_t result = run(c.op, text<Ch>(c.path).c_str(), out.data(), size);
-      EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(size))) << c.path;
-      EXPECT_EQ(result, size < c.needed ? -1 : static_cast<int32_t>(str(out).size())) << c.path;
+      const int32_t result = run(op, text<Ch>(path).c_str(), out.data(), size);
+      EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(size))) << path;
+      EXPECT_EQ(result, size < needed ? -1 : static_cast<int32_t>(str(out).size())) << path;
     }
   }
 }
@@ -105,22 +96,15 @@ TYPED_TEST(Dissection, FailuresEmptyTheBufferAndTheDirectoryMayOverwriteItsPath)
 // fit the work area, one more fails.
 TYPED_TEST(Dissection, DriveNumberUpperCasesTheFirstElement) {
   using Ch = TypeParam;
-  const struct {
-    const char* path;
-    int32_t result;
-    Only only = kBoth;
-  } cases[] = {
-      {"c:\\x", 3},
-      {"1:\\x", -15},  // no test for a letter
-      {"x", -1},
-      {"", -1},
+  const std::tuple<const char*, int32_t, Only> cases[] = {
+      {"c:\\x", 3, kBoth},
+      {"1:\\x", -15, kBoth},  // no test for a letter
+      {"x", -1, kBoth},
+      {"", -1, kBoth},
       {"\xB1:", 0xB1 - 256 - 64, kNarrow},  // a signed byte
-      {"\xFF:", 0x178 - 64, kWide},         // ÿ upper-cased to Ÿ
-  };
-  for (const auto& c : cases)
-    if (runs<Ch>(c.only)) {
-      EXPECT_EQ(Twin<Ch>::GetDriveNumber(text<Ch>(c.path).c_str()), c.result);
-    }
+      {"\xFF:", 0x178 - 64, kWide}};        // ÿ upper-cased to Ÿ
+  for (const auto& [path, result, only] : cases)
+    EXPECT_EQ(runs<Ch>(only) ? Twin<Ch>::GetDriveNumber(text<Ch>(path).c_str()) : result, result);
   EXPECT_EQ(Twin<Ch>::GetDriveNumber(static_cast<const Ch*>(nullptr)), -1);
   auto path = text<Ch>("c:") + String<Ch>(257, Ch('x'));
   EXPECT_EQ(Twin<Ch>::GetDriveNumber(path.c_str()), 3);
@@ -137,10 +121,7 @@ std::vector<String<Ch>> pieces(const Ch* path) {
 
 TYPED_TEST(Dissection, SplitPathOddShapesAndTheLimitOfEachPiece) {
   using Ch = TypeParam;
-  const struct {
-    String<Ch> path;
-    std::string pieces;
-  } cases[] = {
+  const std::pair<String<Ch>, std::string> cases[] = {
       {text<Ch>("\\\\srv\\share\\f.t"), "\\\\|srv\\share|f|t"},
       {text<Ch>("C:\\dir\\.profile"), "C:|\\dir||profile"},
       {text<Ch>("\\x.txt"), "\\x|||txt"},  // no backslash from element 2 on
@@ -152,9 +133,9 @@ TYPED_TEST(Dissection, SplitPathOddShapesAndTheLimitOfEachPiece) {
       {text<Ch>("C:\\n.") + String<Ch>(260, 'x'), "|||"},
       {String<Ch>(), "|||"},
   };
-  for (const auto& c : cases) {
-    const auto p = pieces(c.path.c_str());
-    EXPECT_EQ(p[0] + Ch('|') + p[1] + Ch('|') + p[2] + Ch('|') + p[3], text<Ch>(c.pieces));
+  for (const auto& [path, expected] : cases) {
+    const auto p = pieces(path.c_str());
+    EXPECT_EQ(p[0] + Ch('|') + p[1] + Ch('|') + p[2] + Ch('|') + p[3], text<Ch>(expected));
   }
   EXPECT_EQ(pieces<Ch>(nullptr), pieces(text<Ch>("").c_str()));
 }

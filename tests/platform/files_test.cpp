@@ -11,9 +11,8 @@ namespace {
 using namespace kz::test;
 namespace os = kz::os;
 
-os::HANDLE open(const std::string& path, os::DWORD access, os::DWORD share,
-                os::DWORD disposition = os::kOpenExisting) {
-  return os::CreateFileA(path.c_str(), access, share, nullptr, disposition, 0, nullptr);
+os::HANDLE open(const std::string& path, os::DWORD access, os::DWORD share) {
+  return os::CreateFileA(path.c_str(), access, share, nullptr, os::kOpenExisting, 0, nullptr);
 }
 
 TEST(PlatformFiles, BothSlashesSeparateAndTheCurrentDirectoryHasADrive) {
@@ -78,38 +77,6 @@ TEST(PlatformFiles, OpensKeepToEachOthersShareModes) {
   EXPECT_EQ(open(dir.path("d"), R, SR), os::kInvalidHandle);
 }
 
-// Position, cut, write and short reads; at the end a read still succeeds,
-// with nothing. A delete fails while any open holds the file.
-TEST(PlatformFiles, PositionCutWriteReadAndDelete) {
-  TempDir dir;
-  const std::string path = dir.path("io");
-  const os::HANDLE file = open(path, os::kGenericRead | os::kGenericWrite,
-                               os::kFileShareRead | os::kFileShareWrite, os::kOpenAlways);
-  ASSERT_NE(file, os::kInvalidHandle);
-  os::DWORD done = 99;
-  ASSERT_NE(os::WriteFile(file, "hello", 5, &done, nullptr), 0);
-  EXPECT_EQ(done, 5u);
-  EXPECT_EQ(os::SetFilePointer(file, 2, nullptr, os::kFileBegin), 2u);
-  ASSERT_NE(os::SetEndOfFile(file), 0);
-  EXPECT_NE(os::FlushFileBuffers(file), 0);
-  EXPECT_EQ(os::GetFileSize(file, nullptr), 2u);
-  char buffer[8] = {};
-  EXPECT_EQ(os::SetFilePointer(file, 0, nullptr, os::kFileBegin), 0u);
-  for (os::DWORD expected : {2u, 0u}) {
-    ASSERT_NE(os::ReadFile(file, buffer, sizeof buffer, &done, nullptr), 0);
-    EXPECT_EQ(done, expected);
-  }
-  EXPECT_EQ(std::string(buffer, 2), "he");
-  EXPECT_EQ(os::DeleteFileA(path.c_str()), 0);
-  os::CloseHandle(file);
-  const os::HANDLE unshared = open(path, os::kGenericRead, 0);
-  ASSERT_NE(unshared, os::kInvalidHandle);
-  EXPECT_EQ(os::DeleteFileA(path.c_str()), 0);
-  os::CloseHandle(unshared);
-  EXPECT_NE(os::DeleteFileA(path.c_str()), 0);
-  EXPECT_EQ(os::DeleteFileA(path.c_str()), 0);  // nothing left to delete
-}
-
 // Text mode reads CR LF as one newline and keeps every other CR, checked
 // against a plain model on random text whose lines straddle the stream's
 // buffers; modes and paths the runtime refuses give no stream.
@@ -118,7 +85,7 @@ TEST(PlatformFiles, TextModeReadsCrLfAsOneNewline) {
   std::mt19937 rng(5);
   for (int round = 0; round < 12; ++round) {
     std::string bytes, expected;
-    const std::size_t size = 4000 + rng() % 9000;
+    const std::size_t size = 4200 + rng() % 9000;
     while (bytes.size() < size) {
       const unsigned pick = rng() % 16;
       bytes += pick == 0   ? "\r\n"
@@ -127,6 +94,7 @@ TEST(PlatformFiles, TextModeReadsCrLfAsOneNewline) {
                            : std::string(1, 'a' + pick);
     }
     if (round % 2 == 0) bytes += "\r";  // a CR at the very end stays
+    bytes.replace(4095, 2, "\r\n");     // across the first refill
     write_bytes(dir.path("t"), bytes);
     for (std::size_t i = 0; i < bytes.size(); ++i)
       if (bytes.compare(i, 2, "\r\n") != 0) expected += bytes[i];

@@ -2,7 +2,6 @@
 // processes (registered below) that share a file by name and directory,
 // write values on a schedule, hold a file for a while, or pass a token
 // around a ring.
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <future>
@@ -30,38 +29,33 @@ int write_helper(int argc, char** argv) {
   return KZ_StatusEndFile(status, 0) != 0 ? 0 : 4;
 }
 
-// status-ring DIR INDEX PROCESSES HANDOFFS TIMEOUT REPORT: member i of a
-// token ring receives every hand-off k with k % PROCESSES == i in its file
-// ring-i and passes k + 1 on in ring-(i + 1). Reports "received timeouts".
+constexpr int kRingSize = 8;
+
+// status-ring DIR INDEX HANDOFFS REPORT: member i of a token ring of
+// kRingSize receives every hand-off k with k % kRingSize == i in its file
+// ring-i and passes k + 1 on in ring-(i + 1); reports how many it received.
 int ring_helper(int argc, char** argv) {
-  if (argc != 7) return 2;
-  const int index = std::atoi(argv[2]), processes = std::atoi(argv[3]);
-  const int handoffs = std::atoi(argv[4]);
-  const auto timeout = static_cast<uint32_t>(std::atoi(argv[5]));
-  const auto file = [&](int i) { return "ring-" + std::to_string(i % processes); };
+  if (argc != 5) return 2;
+  const int index = std::atoi(argv[2]), handoffs = std::atoi(argv[3]);
+  const auto file = [&](int i) { return "ring-" + std::to_string(i % kRingSize); };
   HeldStatus mine(KZ_StatusCreateFileA(file(index).c_str(), argv[1]));
   HeldStatus theirs(KZ_StatusCreateFileA(file(index + 1).c_str(), argv[1]));
   if (mine == nullptr || theirs == nullptr) return 3;
-  int received = 0, timeouts = 0;
-  for (int k = index; k < handoffs; k += processes) {
+  int received = 0;
+  for (int k = index; k < handoffs; k += kRingSize, ++received) {
     const std::string expected = std::to_string(k);
     // A write in the same tick as the wait's reference time shows only at
     // the timeout; the value is then read to tell a late hand-off from a
     // lost one. A minute without it is a lost hand-off.
-    for (int waits = 0;; ++waits) {
-      const int32_t result = KZ_StatusIsStringWaitA(mine.get(), expected.c_str(), timeout);
-      if (result == 0) break;
+    for (int waits = 0; KZ_StatusIsStringWaitA(mine.get(), expected.c_str(), 200) != 0; ++waits) {
       char value[32] = {};
-      KZ_StatusGetStringA(mine.get(), value, sizeof value);
-      timeouts += result == 1;
-      if (result == 1 && expected == value) break;
-      if (result == 2 || static_cast<long long>(waits) * timeout > 60000) return 5;
+      if (KZ_StatusGetStringA(mine.get(), value, sizeof value) != 0 && expected == value) break;
+      if (waits > 300) return 5;
     }
-    ++received;
     if (k + 1 < handoffs && !KZ_StatusSetStringA(theirs.get(), std::to_string(k + 1).c_str()))
       return 5;
   }
-  write_bytes(argv[6], std::to_string(received) + " " + std::to_string(timeouts));
+  write_bytes(argv[4], std::to_string(received));
   return 0;
 }
 
@@ -139,32 +133,22 @@ TEST(StatusCrossProcess, ChangesEveryHalfTimeoutKeepTheWaitUntilTheyStop) {
 // waiting in ring-0 before anyone starts. The short form runs here;
 // KZ_STATUS_STRESS_HANDOFFS sets the count for the long form.
 TEST(StatusStress, ATokenRingLosesAndDoublesNoHandOff) {
-  constexpr int kProcesses = 8, kTimeoutMs = 200;
   const char* configured = std::getenv("KZ_STATUS_STRESS_HANDOFFS");
   const int handoffs = configured != nullptr ? std::atoi(configured) : 400;
   TempDir dir, reports;
   {
     HeldStatus first(KZ_StatusCreateFileA("ring-0", dir.path().c_str()));
     ASSERT_NE(KZ_StatusSetStringA(first.get(), "0"), 0);
-    const auto start = std::chrono::steady_clock::now();
     std::vector<std::future<int>> members;
-    for (int i = 0; i < kProcesses; ++i)
-      members.push_back(start_helper(
-          {"status-ring", dir.path(), std::to_string(i), std::to_string(kProcesses),
-           std::to_string(handoffs), std::to_string(kTimeoutMs), reports.path(std::to_string(i))}));
-    for (auto& member : members) EXPECT_EQ(member.get(), 0);
-    int received = 0, timeouts = 0;
-    for (int i = 0; i < kProcesses; ++i) {
-      int got = -1, late = -1;
-      std::sscanf(read_bytes(reports.path(std::to_string(i))).c_str(), "%d %d", &got, &late);
-      // Member i owns the numbers i, i + 8, ... below the count.
-      EXPECT_EQ(got, (handoffs - i + kProcesses - 1) / kProcesses) << i;
-      received += got;
-      timeouts += late;
+    for (int i = 0; i < kRingSize; ++i)
+      members.push_back(start_helper({"status-ring", dir.path(), std::to_string(i),
+                                      std::to_string(handoffs), reports.path(std::to_string(i))}));
+    // Member i owns the numbers i, i + 8, ... below the count.
+    for (int i = 0; i < kRingSize; ++i) {
+      EXPECT_EQ(members[i].get(), 0);
+      EXPECT_EQ(read_bytes(reports.path(std::to_string(i))),
+                std::to_string((handoffs - i + kRingSize - 1) / kRingSize));
     }
-    EXPECT_EQ(received, handoffs);
-    std::printf("[ stress   ] %d hand-offs among %d processes in %lld ms, %d waits timed out\n",
-                handoffs, kProcesses, elapsed_ms(start), timeouts);
   }
   // Every file went with its last holder.
   EXPECT_TRUE(std::filesystem::is_empty(native(dir.path())));

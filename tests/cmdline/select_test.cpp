@@ -36,11 +36,7 @@ std::basic_string<Ch> joined(StrList& list) {
 TYPED_TEST(Selections, NameTheFilesOfBothFormsWithinSizeAndTheCountRange) {
   using Ch = TypeParam;
   const std::string d250(250, 'd');
-  struct Case {
-    std::vector<std::string> parts;
-    int32_t size, count;
-    std::string paths;
-  } cases[] = {
+  const std::tuple<std::vector<std::string>, int32_t, int32_t, std::string> cases[] = {
       {{"C:\\d\\a.txt"}, 1000, 1, "|C:\\d\\a.txt"},
       {{"C:\\d", "a.txt"}, 1000, 1, "|C:\\d"},            // a count of 1 is the single form
       {{"C:\\", "a", "b"}, 1000, 2, "|C:\\\\a|C:\\\\b"},  // one backslash at the join
@@ -53,14 +49,14 @@ TYPED_TEST(Selections, NameTheFilesOfBothFormsWithinSizeAndTheCountRange) {
       {{d250, "abc", "efghi"}, 1000, 1, "|" + d250},                    // efghi ends at 260
       {{std::string(260, 'p')}, 1000, 1, "|" + std::string(260, 'p')},  // no terminator in range
   };
-  for (const Case& c : cases) {
-    const auto buffer = selection<Ch>(c.parts);
-    EXPECT_EQ(Twin<Ch>::GetComnSelectFileCount(buffer.c_str()), c.count);
+  for (const auto& [parts, size, count, paths] : cases) {
+    const auto buffer = selection<Ch>(parts);
+    EXPECT_EQ(Twin<Ch>::GetComnSelectFileCount(buffer.c_str()), count);
     StrList list{};
-    const int32_t taken = Twin<Ch>::GetComnSelectFiles(buffer.c_str(), c.size, &list);
+    const int32_t taken = Twin<Ch>::GetComnSelectFiles(buffer.c_str(), size, &list);
     EXPECT_EQ(taken, list.count);
-    EXPECT_TRUE(c.count == 0 || list.strings != nullptr);
-    EXPECT_EQ(joined<Ch>(list), text<Ch>(c.paths)) << c.paths.size() << " " << c.size;
+    EXPECT_TRUE(count == 0 || list.strings != nullptr);
+    EXPECT_EQ(joined<Ch>(list), text<Ch>(paths)) << paths.size() << " " << size;
   }
   // A null or empty selection: -1, and the list as it was.
   const Ch empty[] = {0, 0};

@@ -21,34 +21,31 @@ std::basic_string<Ch> split(const std::basic_string<Ch>& line) {
 
 TYPED_TEST(ArgumentSplit, CutsTheCommandByItsQuotesOrTheFirstBlank) {
   using Ch = TypeParam;
-  struct Case {
-    const char *line, *parts;
-    Only only = kBoth;
-  } cases[] = {
-      {"prog", "prog|"},
-      {"prog ", "prog|"},
-      {"prog   a", "prog|  a"},
-      {" prog a", "|prog a"},
-      {"prog\ta b", "prog\ta|b"},  // only the blank separates
-      {"\"my prog\"", "my prog|"},
-      {"\"my prog\"  a", "my prog| a"},
-      {"\"my prog\"a b", "my prog| b"},  // the a is the element passed over
-      {"\"a\" \"b c\"", "a|\"b c\""},
-      {"\"my prog a", "my prog a|"},
-      {"\"\" a", "|a"},
-      {"", "|"},
+  const std::tuple<const char*, const char*, Only> cases[] = {
+      {"prog", "prog|", kBoth},
+      {"prog ", "prog|", kBoth},
+      {"prog   a", "prog|  a", kBoth},
+      {" prog a", "|prog a", kBoth},
+      {"prog\ta b", "prog\ta|b", kBoth},  // only the blank separates
+      {"\"my prog\"", "my prog|", kBoth},
+      {"\"my prog\"  a", "my prog| a", kBoth},
+      {"\"my prog\"a b", "my prog| b", kBoth},  // the a is the element passed over
+      {"\"a\" \"b c\"", "a|\"b c\"", kBoth},
+      {"\"my prog a", "my prog a|", kBoth},
+      {"\"\" a", "|a", kBoth},
+      {"", "|", kBoth},
       // A quote further on selects the quoted rule all the same, which
       // drops the first element unseen and counts the position behind the
       // command as if the quote had been dropped too.
-      {"prog \"a\" b", "rog |\" b"},
+      {"prog \"a\" b", "rog |\" b", kBoth},
       // Shift-JIS: "表" is 0x95 0x5C; neither byte is a blank or a quote.
       {"\x95\x5C \x95\x5C", "\x95\x5C|\x95\x5C", kNarrow},
       {"\"\x95\x5C \x95\x5C\" a", "\x95\x5C \x95\x5C|a", kNarrow},
   };
-  for (const Case& c : cases)
-    if (runs<Ch>(c.only)) {
-      EXPECT_EQ(split(text<Ch>(c.line)), text<Ch>(c.parts)) << c.line;
-    }
+  for (const auto& [line, parts, only] : cases) {
+    if (!runs<Ch>(only)) continue;
+    EXPECT_EQ(split(text<Ch>(line)), text<Ch>(parts)) << line;
+  }
   // 259 elements fit the working copy; 260 leave both outputs empty.
   const auto fits = text<Ch>("prog a" + std::string(253, 'x'));
   EXPECT_EQ(split(fits), text<Ch>("prog|") + fits.substr(5));

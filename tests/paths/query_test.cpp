@@ -31,15 +31,13 @@ TYPED_TEST_SUITE(FileQueries, ElementTypes);
 // A trailing separator finds no file; no query changes the current directory.
 TYPED_TEST(FileQueries, CheckFileAndCheckDirectoryFindWhatIsThere) {
   using Ch = TypeParam;
-  const struct {
-    const char* name;
-    int32_t file, directory;
-  } cases[] = {{"a.txt", 1, 0},  {"sub", 1, 1},   {"?.TXT", 1, 0},
-               {"*.none", 0, 0}, {"sub\\", 0, 1}, {"none\\*", 0, 0}};
+  const std::tuple<const char*, int32_t, int32_t> cases[] = {{"a.txt", 1, 0}, {"sub", 1, 1},
+                                                             {"?.TXT", 1, 0}, {"*.none", 0, 0},
+                                                             {"sub\\", 0, 1}, {"none\\*", 0, 0}};
   const auto before = this->current();
-  for (const auto& c : cases) {
-    EXPECT_EQ(Twin<Ch>::CheckFile(this->at(c.name).c_str()), c.file) << c.name;
-    EXPECT_EQ(Twin<Ch>::CheckDirectory(this->at(c.name).c_str()), c.directory) << c.name;
+  for (const auto& [name, file, directory] : cases) {
+    EXPECT_EQ(Twin<Ch>::CheckFile(this->at(name).c_str()), file) << name;
+    EXPECT_EQ(Twin<Ch>::CheckDirectory(this->at(name).c_str()), directory) << name;
     EXPECT_EQ(this->current(), before);
   }
 }
@@ -49,18 +47,15 @@ TYPED_TEST(FileQueries, CheckFileAndCheckDirectoryFindWhatIsThere) {
 TYPED_TEST(FileQueries, CreateDirectoryMakesEveryLevel) {
   using Ch = TypeParam;
   const std::string long_name(259 - this->dir.path().size() - 1, 'n');
-  const struct {
-    std::string path, made;
-    int32_t result;
-  } cases[] = {
+  const std::tuple<std::string, std::string, int32_t> cases[] = {
       {"a\\b\\c", "a\\b\\c", 1}, {"a\\b\\c", "a\\b\\c", 0},  // there already
       {"d\\e\\", "d\\e", 1},                                 // one trailing backslash goes
       {"f\\g\\\\", "f\\g", 0},  // of two, the walk made the level the last call finds
       {long_name + "x", "", 0},  {long_name, long_name, 1},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(c.path).c_str()), c.result) << c.path;
-    EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(c.made))));
+  for (const auto& [path, made, result] : cases) {
+    EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(path).c_str()), result) << path;
+    EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(made))));
   }
   EXPECT_EQ(Twin<Ch>::CreateDirectory(text<Ch>("").c_str()), 0);
   const auto before = this->current();

@@ -20,10 +20,7 @@ KZ_TWIN_SUITE(StatusWait);
 // the file. A value there at entry ends even a long wait at once.
 TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
   using Ch = TypeParam;
-  const struct {
-    std::string file, expected;
-    int32_t text, data;
-  } rows[] = {
+  const std::tuple<std::string, std::string, int32_t, int32_t> rows[] = {
       {"ready", "ready", kMatch, kMatch},
       {"ready!", "ready", kTimedOut, kMatch},
       {"read", "ready", kTimedOut, kTimedOut},
@@ -35,17 +32,17 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
   TempDir dir;
   HeldStatus status(open_status<Ch>(dir, "text"));
   ASSERT_NE(status, nullptr);
-  for (const auto& row : rows) {
-    write_bytes(dir.path("text"), row.file);
-    EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>(row.expected).c_str(),
-                                           row.text == kMatch ? 30000 : 0),
-              row.text)
-        << row.file;
-    EXPECT_EQ(KZ_StatusIsDataWait(status.get(), row.expected.data(),
-                                  static_cast<uint32_t>(row.expected.size()),
-                                  row.data == kMatch ? 30000 : 0),
-              row.data)
-        << row.file;
+  for (const auto& [file, expected, text, data] : rows) {
+    write_bytes(dir.path("text"), file);
+    EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>(expected).c_str(),
+                                           text == kMatch ? 30000 : 0),
+              text)
+        << file;
+    EXPECT_EQ(
+        KZ_StatusIsDataWait(status.get(), expected.data(), static_cast<uint32_t>(expected.size()),
+                            data == kMatch ? 30000 : 0),
+        data)
+        << file;
   }
   EXPECT_EQ(Twin<Ch>::StatusIsStringWait(nullptr, in<Ch>("").c_str(), 0), kFailed);
   EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), nullptr, 0), kFailed);

@@ -51,15 +51,12 @@ TEST(CrossProcess, AFileHeldForWritingIsClosedToOtherProcesses) {
   TempDir dir;
   const std::string path = dir.path("held.txt"), result = dir.path("probe.result");
   write_bytes(path, "x\r\n");
-  struct Case {
-    const char* mode;
-    int32_t wide;
-    const char* findings;
-  } cases[] = {{"a", 0, "0000"}, {"a", 1, "0000"}, {"r", 0, "1000"}, {nullptr, 0, "1111"}};
-  for (const auto& c : cases) {
-    TextFileHandle* held = c.mode ? KZ_TextFileOpenA(path.c_str(), c.mode, c.wide) : nullptr;
+  const std::tuple<const char*, int32_t, const char*> cases[] = {
+      {"a", 0, "0000"}, {"a", 1, "0000"}, {"r", 0, "1000"}, {nullptr, 0, "1111"}};
+  for (const auto& [mode, wide, findings] : cases) {
+    TextFileHandle* held = mode ? KZ_TextFileOpenA(path.c_str(), mode, wide) : nullptr;
     EXPECT_EQ(helper_status({"probe", path, result}), 0);
-    EXPECT_EQ(read_bytes(result), c.findings) << c.mode << c.wide;
+    EXPECT_EQ(read_bytes(result), findings) << mode << wide;
     KZ_TextFileClose(held);
   }
 }

@@ -7,13 +7,9 @@
 // Input: a size byte, then the elements (narrow: bytes; wide: the bytes in
 // pairs). The text is the elements up to the first 0; the selection is all
 // of them with two terminators added.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "fuzz_support.h"
-#include "kz_basis.h"
 #include "twins.h"
 
 namespace {
@@ -21,21 +17,15 @@ namespace {
 using kz::fuzz::check;
 using kz::fuzz::length;
 
-using wchar = KZ_WCHAR;
-
-using kz::test::Twin;
-
 template <class Ch>
-void drive(const std::basic_string<Ch>& elements, int32_t size) {
-  using Api = Twin<Ch>;
-  const std::basic_string<Ch> text(elements.c_str());
-  const std::vector<Ch> line(text.c_str(), text.c_str() + text.size() + 1);
+void drive(std::basic_string<Ch> elements, int32_t size) {
+  using Api = kz::test::Twin<Ch>;
+  const std::vector<Ch> line(elements.c_str(), elements.c_str() + length(elements.c_str()) + 1);
 
   // The parameters are the list without its first element, in order.
   StrList all{}, parameters{};
   const int32_t listed = Api::CmdLineList(line.data(), &all);
-  const int32_t rest = Api::GetCmdLineParam(line.data(), &parameters);
-  check(listed == rest);
+  check(listed == Api::GetCmdLineParam(line.data(), &parameters));
   if (listed == 1) {
     check(all.count >= 1 && parameters.count == all.count - 1);
     for (int32_t k = 0; k < parameters.count; ++k)
@@ -56,11 +46,11 @@ void drive(const std::basic_string<Ch>& elements, int32_t size) {
   // The split keeps to its outputs of 260 elements, however long the text.
   std::vector<Ch> command(260), arguments(260);
   Api::SplitArg(line.data(), command.data(), arguments.data());
-  check(length(command.data()) + length(arguments.data()) <= text.size());
+  check(length(command.data()) + length(arguments.data()) < line.size());
 
   // A selection never stores more names than it counts.
-  std::vector<Ch> selection(elements.begin(), elements.end());
-  selection.insert(selection.end(), 2, 0);
+  elements.append(2, Ch(0));
+  const std::vector<Ch> selection(elements.begin(), elements.end());
   const int32_t count = Api::GetComnSelectFileCount(selection.data());
   StrList files{};
   const int32_t stored = Api::GetComnSelectFiles(selection.data(), size, &files);
@@ -73,11 +63,10 @@ void drive(const std::basic_string<Ch>& elements, int32_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
   const int32_t buffer_size = static_cast<int32_t>(data[0]) - 2;  // -2 to 253
-  std::string narrow(data + 1, data + size);
-  std::basic_string<wchar> wide;
+  std::basic_string<KZ_WCHAR> wide;
   for (std::size_t i = 1; i + 1 < size; i += 2)
-    wide.push_back(static_cast<wchar>(data[i] | (data[i + 1] << 8)));
-  drive(narrow, buffer_size);
+    wide.push_back(static_cast<KZ_WCHAR>(data[i] | (data[i + 1] << 8)));
+  drive(std::string(data + 1, data + size), buffer_size);
   drive(wide, buffer_size);
   return 0;
 }

@@ -6,13 +6,9 @@
 //
 // Input: a size byte, then the path (narrow: the bytes up to the first NUL;
 // wide: the bytes in pairs).
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "fuzz_support.h"
-#include "kz_basis.h"
 #include "twins.h"
 
 namespace {
@@ -20,43 +16,29 @@ namespace {
 using kz::fuzz::check;
 using kz::fuzz::length;
 
-using wchar = KZ_WCHAR;
-using kz::test::Twin;
-
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, int32_t size) {
-  using Api = Twin<Ch>;
+  using Api = kz::test::Twin<Ch>;
   const std::vector<Ch> path(text.c_str(), text.c_str() + text.size() + 1);
   const auto n = static_cast<int32_t>(text.size());
-
-  const int32_t number = Api::GetDriveNumber(path.data());
-  check(number == -1 || (n >= 2 && path[1] == Ch(':')));
+  check(Api::GetDriveNumber(path.data()) == -1 || (n >= 2 && path[1] == Ch(':')));
 
   // Each result fits its buffer: a length below size that matches the text,
-  // or -1; and no piece is longer than the path.
+  // or -1, and no piece is longer than the path. With room for the whole
+  // path, only the drive and the extension may fail on a path that is there.
   for (int32_t room : {size, n + 1}) {
     if (room < 1) continue;
     std::vector<Ch> out(static_cast<std::size_t>(room));
-    using Op = int32_t (*)(const Ch*, Ch*, int32_t);
-    const Op ops[] = {
-        [](const Ch* p, Ch* o, int32_t s) { return Api::GetDriveName(p, o, s); },
-        [](const Ch* p, Ch* o, int32_t s) { return Api::GetDirectoryName(p, o, s); },
-        [](const Ch* p, Ch* o, int32_t s) { return Api::GetFileName(p, o, s); },
-        [](const Ch* p, Ch* o, int32_t s) { return Api::GetFileExt(p, o, s); },
-        [](const Ch* p, Ch* o, int32_t s) { return Api::GetNotExtPath(p, o, s); },
-    };
-    for (Op op : ops) {
-      const int32_t result = op(path.data(), out.data(), room);
-      check(result >= -1 && result < room && result <= n);
+    const bool whole = room == n + 1 && n > 0;
+    const auto fits = [&](int32_t result, bool must) {
+      check(result >= (must ? 0 : -1) && result < room && result <= n);
       if (result >= 0) check(length(out.data()) == static_cast<std::size_t>(result));
-    }
-    // With room for the whole path, only an empty path or a missing colon
-    // fails.
-    if (room == n + 1 && n > 0) {
-      check(Api::GetDirectoryName(path.data(), out.data(), room) >= 0);
-      check(Api::GetFileName(path.data(), out.data(), room) >= 0);
-      check(Api::GetNotExtPath(path.data(), out.data(), room) >= 0);
-    }
+    };
+    fits(Api::GetDriveName(path.data(), out.data(), room), false);
+    fits(Api::GetFileExt(path.data(), out.data(), room), false);
+    fits(Api::GetDirectoryName(path.data(), out.data(), room), whole);
+    fits(Api::GetFileName(path.data(), out.data(), room), whole);
+    fits(Api::GetNotExtPath(path.data(), out.data(), room), whole);
   }
 
   std::vector<Ch> drive_part(3), directory(260), name(260), extension(260);
@@ -73,7 +55,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int32_t room = static_cast<int32_t>(data[0]) - 1;
   const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
   drive(std::string(bytes.c_str()), room);
-
   drive(kz::fuzz::wide_units(bytes), room);
   return 0;
 }

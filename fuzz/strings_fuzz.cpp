@@ -6,20 +6,14 @@
 // Input: delimiter, a size byte, a flag byte, two key bytes, then the text
 // (narrow: the bytes up to the first NUL; wide: the bytes in pairs).
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
 #include "fuzz_support.h"
-#include "kz_basis.h"
 #include "twins.h"
 
 namespace {
 
 using kz::fuzz::check;
-
-using kz::test::Twin;
 
 // Whether an exact block holds a terminated text of fewer than `limit`
 // elements.
@@ -33,7 +27,7 @@ bool terminated_below(const std::vector<Ch>& block, int32_t result, int32_t limi
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool quotes, bool mask,
            uint16_t key) {
-  using Api = Twin<Ch>;
+  using Api = kz::test::Twin<Ch>;
   const std::vector<Ch> src(text.c_str(), text.c_str() + text.size() + 1);
   const auto n = static_cast<int32_t>(text.size());
   const int32_t count = Api::GetCodeCount(src.data(), delimiter);
@@ -114,10 +108,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto key = static_cast<uint16_t>(data[3] | (data[4] << 8));
   const std::string bytes(reinterpret_cast<const char*>(data) + 5, size - 5);
   drive(std::string(bytes.c_str()), static_cast<char>(data[0]), room, quotes, mask, key);
-  std::basic_string<KZ_WCHAR> wide;
-  for (std::size_t i = 0; i + 1 < bytes.size() && (bytes[i] | bytes[i + 1]) != 0; i += 2)
-    wide.push_back(static_cast<KZ_WCHAR>(static_cast<unsigned char>(bytes[i]) |
-                                         (static_cast<unsigned char>(bytes[i + 1]) << 8)));
-  drive(wide, static_cast<KZ_WCHAR>(data[0]), room, quotes, mask, key);
+  drive(kz::fuzz::wide_units(bytes), static_cast<KZ_WCHAR>(data[0]), room, quotes, mask, key);
   return 0;
 }

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -15,39 +14,37 @@ std::string program_path;
 
 wstring widen(const std::string& narrow) {
   std::vector<wchar> wide(narrow.size() + 1);
-  KZ_SJIS2UNICODE(narrow.c_str(), wide.data(), static_cast<int32_t>(wide.size()));
+  kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, narrow.c_str(), -1, wide.data(),
+                              static_cast<int>(wide.size()));
   return wide.data();
 }
 
 std::string narrow(const wstring& wide) {
   std::vector<char> out(2 * wide.size() + 1);
-  KZ_UNICODE2SJIS(wide.c_str(), out.data(), static_cast<int32_t>(out.size()));
+  kz::os::WideCharToMultiByte(kz::os::kAnsiCodePage, 0, wide.c_str(), -1, out.data(),
+                              static_cast<int>(out.size()), nullptr, nullptr);
   return out.data();
 }
 
 std::filesystem::path native(const std::string& library_path) {
   wstring wide = widen(library_path);
-  for (auto& unit : wide)
-    if (unit == wchar('\\')) unit = wchar('/');
+  std::replace(wide.begin(), wide.end(), wchar('\\'), wchar('/'));
   return std::filesystem::path(wide);
 }
 
+wstring module_path() {
+  std::vector<wchar> path(32768);
+  return wstring(path.data(), kz::os::GetModuleFileNameW(nullptr, path.data(), 32768));
+}
+
+// Processes that ctest runs at once share rand's sequence, so the clock and
+// a count make the name.
 TempDir::TempDir() {
   static std::atomic<int> serial{0};
   char temp[260] = {};
   kz::os::GetEnvironmentVariableA("TEMP", temp, sizeof temp);
-  const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-  // The suite's name tells the twins of a typed test apart (its "/" made
-  // "-"), and the clock the processes that ctest runs at once, which share
-  // rand's sequence.
-  std::string name = "helper";
-  if (test != nullptr) name = std::string(test->test_suite_name()) + "-" + test->name();
-  for (char& c : name)
-    if (c == '/') c = '-';
   const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-  root_ = std::string(temp) + "\\kz-" + name + "-" + std::to_string(now % 1000000007) + "-" +
-          std::to_string(serial++);
-  std::filesystem::remove_all(native(root_));
+  root_ = std::string(temp) + "\\kz-test-" + std::to_string(now) + "-" + std::to_string(serial++);
   std::filesystem::create_directories(native(root_));
 }
 
@@ -78,49 +75,32 @@ std::string read_bytes(const std::string& library_path) {
 }
 
 void write_bytes(const std::string& library_path, const std::string& bytes) {
-  std::ofstream out(native(library_path), std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  std::ofstream(native(library_path), std::ios::binary | std::ios::trunc) << bytes;
 }
 
 namespace {
 
-struct Registered {
-  const char* name;
-  HelperFunction run;
-};
-
-std::vector<Registered>& registry() {
-  static std::vector<Registered> helpers;
-  return helpers;
+std::vector<std::pair<const char*, HelperFunction>>& helpers() {
+  static std::vector<std::pair<const char*, HelperFunction>> registered;
+  return registered;
 }
 
 }  // namespace
 
 RegisterHelper::RegisterHelper(const char* name, HelperFunction run) {
-  registry().push_back({name, run});
+  helpers().emplace_back(name, run);
 }
 
 int dispatch_helper(int argc, char** argv) {
-  if (argc >= 1)
-    for (const Registered& helper : registry())
-      if (std::strcmp(helper.name, argv[0]) == 0) return helper.run(argc, argv);
-  return helper_main(argc, argv);
+  for (const auto& [name, run] : helpers())
+    if (argc >= 1 && std::strcmp(name, argv[0]) == 0) return run(argc, argv);
+  return 2;
 }
 
 int helper_status(const std::vector<std::string>& arguments) {
-  // Double quotes keep the backslashes of library paths for both shells.
-  std::string command = "\"" + program_path + "\" --kz-helper";
-  for (const auto& argument : arguments) command += " \"" + argument + "\"";
-  // cmd.exe (Windows, where wchar_t has 16 bits) drops the first and the
-  // last quote of a command that holds more than two: one more pair keeps
-  // the rest.
-  if (sizeof(wchar_t) == 2) command = "\"" + command + "\"";
-  std::fflush(nullptr);
-  return std::system(command.c_str());
-}
-
-void run_helper(const std::vector<std::string>& arguments) {
-  ASSERT_EQ(helper_status(arguments), 0);
+  std::vector<std::string> line{"--kz-helper"};
+  line.insert(line.end(), arguments.begin(), arguments.end());
+  return run_this_program(line);
 }
 
 }  // namespace kz::test

@@ -1,6 +1,7 @@
-// Helpers of the tests that touch the file system, on Linux and under Wine
-// alike: a fresh directory under TEMP, library paths of it in either width,
-// raw bytes in and out, and the test program run again as a helper process.
+// Helpers of the tests that touch the file system or other processes, on
+// Linux and under Wine alike: a fresh directory under TEMP, library paths of
+// it in either width, raw bytes in and out, and the test program run again
+// as a helper process.
 #pragma once
 
 #include <filesystem>
@@ -11,30 +12,8 @@
 
 namespace kz::test {
 
-// A fresh directory under TEMP, removed with all it holds at the end.
-class TempDir {
- public:
-  TempDir();
-  ~TempDir();
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-
-  // The library path of name inside the directory (narrow: code page 932),
-  // or of the directory itself for an empty name.
-  std::string path(const std::string& name = "") const;
-  template <class Ch>
-  std::basic_string<Ch> at(const std::string& name = "") const;
-
- private:
-  std::string root_;
-};
-
-// The file system's path for a narrow library path.
-std::filesystem::path native(const std::string& library_path);
-
-// The wide form of narrow code page 932 text.
+// Code page 932 text as wide text, and back, by the platform's conversion.
 wstring widen(const std::string& narrow);
-// The narrow form of wide text.
 std::string narrow(const wstring& wide);
 
 // Narrow code page 932 text in the width of Ch.
@@ -47,10 +26,31 @@ std::basic_string<Ch> in(const std::string& narrow_text) {
   }
 }
 
-template <class Ch>
-std::basic_string<Ch> TempDir::at(const std::string& name) const {
-  return in<Ch>(path(name));
-}
+// A fresh directory under TEMP, removed with all it holds at the end.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  // The library path of name inside the directory (narrow: code page 932),
+  // or of the directory itself for an empty name; `at` in the width of Ch.
+  std::string path(const std::string& name = "") const;
+  template <class Ch>
+  std::basic_string<Ch> at(const std::string& name = "") const {
+    return in<Ch>(path(name));
+  }
+
+ private:
+  std::string root_;
+};
+
+// The file system's path for a narrow library path.
+std::filesystem::path native(const std::string& library_path);
+
+// The running program's full path, as the platform gives it.
+wstring module_path();
 
 // Sets or removes an environment variable and puts the old value back at
 // the end of its scope.
@@ -71,23 +71,17 @@ class ScopedVariable {
 std::string read_bytes(const std::string& library_path);
 void write_bytes(const std::string& library_path, const std::string& bytes);
 
-// Runs this test program again with the arguments behind "--kz-helper",
-// and waits for it. The helper writes its findings into a file that the
-// caller names among the arguments.
-void run_helper(const std::vector<std::string>& arguments);
-// The same, giving the helper's exit status instead of asserting on it, so
-// that it can run on a thread of its own beside other helpers.
+// Runs this test program again as "--kz-helper NAME ARGUMENTS...", waits for
+// it and gives its exit status. Main hands what follows "--kz-helper" to
+// dispatch_helper, which runs the helper registered under NAME; helpers
+// write their findings into files named among their arguments.
 int helper_status(const std::vector<std::string>& arguments);
-// The helper's side: main hands it the arguments behind "--kz-helper".
-// A helper registered under the name of its first argument runs first;
-// helper_main takes the rest.
-int helper_main(int argc, char** argv);
 using HelperFunction = int (*)(int argc, char** argv);
 struct RegisterHelper {
   RegisterHelper(const char* name, HelperFunction run);
 };
 int dispatch_helper(int argc, char** argv);
-// Remembered by main for run_helper.
+// Set by main.
 extern std::string program_path;
 
 }  // namespace kz::test

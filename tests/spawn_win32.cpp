@@ -6,39 +6,25 @@
 #include "support.h"
 
 namespace kz::test {
-namespace {
-
-// Quoted where it holds a blank, a tab or a quote, or is empty: backslashes
-// are doubled before a quote and before the closing one.
-std::wstring quoted(const std::wstring& argument) {
-  if (!argument.empty() && argument.find_first_of(L" \t\"") == std::wstring::npos) return argument;
-  std::wstring out = L"\"";
-  std::size_t backslashes = 0;
-  for (wchar_t c : argument) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    out.append(c == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-    backslashes = 0;
-    out.push_back(c);
-  }
-  out.append(2 * backslashes, L'\\');
-  return out + L"\"";
-}
-
-}  // namespace
 
 int run_this_program(const std::vector<std::string>& arguments) {
   wchar_t program[MAX_PATH];
   if (GetModuleFileNameW(nullptr, program, MAX_PATH) == 0) return -1;
-  std::wstring line = L"\"";
-  line += program;
-  line += L'"';
+  std::wstring line = L"\"" + std::wstring(program) + L"\"";
+  // An argument is quoted where it holds a blank, a tab or a quote, or is
+  // empty: backslashes are doubled before a quote and before the closing one.
   for (const std::string& argument : arguments) {
     const wstring wide = utf16(argument);
-    line += L' ';
-    line += quoted(std::wstring(wide.begin(), wide.end()));
+    const bool quote = wide.empty() || wide.find_first_of(L" \t\"") != wstring::npos;
+    line += quote ? L" \"" : L" ";
+    std::size_t backslashes = 0;
+    for (wchar_t c : wide) {
+      // n backslashes stand already: n + 1 more make 2n + 1 before a quote.
+      if (quote && c == L'"') line.append(backslashes + 1, L'\\');
+      backslashes = c == L'\\' ? backslashes + 1 : 0;
+      line.push_back(c);
+    }
+    if (quote) line.append(backslashes, L'\\').push_back(L'"');
   }
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;

@@ -1,22 +1,17 @@
-// Command lines as string lists, in both twins: what the lists hold, the
-// narrow twin held against the wide one and the platform's conversion, the
-// narrow buffers' limits, every allocation failing, and the process's own
-// line read back in a child started with known arguments.
-#include <string>
-#include <vector>
-
+// Command lines as string lists and the name and directory of their
+// command, in both twins: what the lists hold, the running program for an
+// empty line, the narrow twin held against the wide one and the platform's
+// conversion, the narrow buffers' limits, the room for the whole line, every
+// allocation failing, and the process's own line read back in a child
+// started with known arguments.
+#include "files.h"
 #include "platform/platform.h"
-#include "support.h"
-#include "twins.h"
 
 namespace {
 
-namespace os = kz::os;
 using namespace kz::test;
 
-template <class Ch>
-class CommandLineLists : public ::testing::Test {};
-TYPED_TEST_SUITE(CommandLineLists, ElementTypes);
+KZ_TWIN_SUITE(CommandLineLists);
 
 // The list's strings as one vector; the list is released.
 template <class Ch>
@@ -29,108 +24,102 @@ std::vector<std::basic_string<Ch>> take(StrList& list) {
   return strings;
 }
 
-template <class Ch>
-std::vector<std::basic_string<Ch>> texts(std::initializer_list<const char*> items) {
-  std::vector<std::basic_string<Ch>> out;
-  for (const char* item : items) out.push_back(text<Ch>(item));
-  return out;
-}
-
 // A record that no filler has touched, so that a failure that leaves it as
-// it was shows.
-StrList untouched_list() {
-  static void* marker[1];
-  return StrList{7, marker};
+// it was shows; after a failure it holds nothing to release.
+void* marker[1];
+constexpr StrList kUntouched{7, marker};
+bool holds_nothing(const StrList& list) {
+  return (list.count == 7 && list.strings == marker) ||
+         (list.count == 0 && list.strings == nullptr);
 }
 
-bool holds_nothing_to_release(const StrList& list) {
-  const StrList marker = untouched_list();
-  const bool as_it_was = list.count == marker.count && list.strings == marker.strings;
-  return as_it_was || (list.count == 0 && list.strings == nullptr);
-}
-
-// The narrow form of wide text by the platform, for what the narrow twin
-// should give.
-std::string narrow(const wstring& wide) {
-  std::string out(wide.size() * 2 + 1, '\0');
-  const int written = os::WideCharToMultiByte(os::kAnsiCodePage, 0, wide.c_str(), -1, out.data(),
-                                              static_cast<int>(out.size()), nullptr, nullptr);
-  out.resize(written > 0 ? static_cast<std::size_t>(written) - 1 : 0);
-  return out;
-}
-
-wstring program_path() {
-  std::vector<wchar> path(32768);
-  return wstring(path.data(), os::GetModuleFileNameW(nullptr, path.data(), 32768));
-}
-
+// The line's elements, and the parameters as the same list less the first;
+// the command alone gives an empty list without an array.
 template <class Ch>
-std::basic_string<Ch> in_twin(const wstring& wide) {
-  if constexpr (sizeof(Ch) == 1)
-    return narrow(wide);
-  else
-    return wide;
+std::vector<std::basic_string<Ch>> elements(const std::basic_string<Ch>& line) {
+  StrList list = kUntouched, parameters = kUntouched;
+  EXPECT_EQ(Twin<Ch>::CmdLineList(line.c_str(), &list), 1);
+  EXPECT_EQ(Twin<Ch>::GetCmdLineParam(line.c_str(), &parameters), 1);
+  EXPECT_TRUE(list.count != 1 || parameters.strings == nullptr);
+  auto all = take<Ch>(list), rest = take<Ch>(parameters);
+  rest.insert(rest.begin(), all.empty() ? std::basic_string<Ch>() : all[0]);
+  EXPECT_EQ(rest, all);
+  return all;
 }
 
-TYPED_TEST(CommandLineLists, HoldEveryElementAndTheParametersAllButTheFirst) {
-  using Ch = TypeParam;
-  struct Case {
-    const char* line;
-    std::initializer_list<const char*> elements;
-  } cases[] = {
-      {"prog a b", {"prog", "a", "b"}},
-      {"prog", {"prog"}},
-      {"prog \"\" x", {"prog", "", "x"}},
-      {" a", {"", "a"}},
-  };
-  for (const Case& c : cases) {
-    const auto line = text<Ch>(c.line);
-    const auto expected = texts<Ch>(c.elements);
-    StrList list = untouched_list();
-    ASSERT_EQ(Twin<Ch>::CmdLineList(line.c_str(), &list), 1) << c.line;
-    EXPECT_EQ(take<Ch>(list), expected) << c.line;
-    list = untouched_list();
-    ASSERT_EQ(Twin<Ch>::GetCmdLineParam(line.c_str(), &list), 1) << c.line;
-    if (expected.size() == 1) {
-      // The command alone: an empty list without an array.
-      EXPECT_EQ(list.count, 0);
-      EXPECT_EQ(list.strings, nullptr);
-    }
-    EXPECT_EQ(take<Ch>(list), decltype(expected)(expected.begin() + 1, expected.end())) << c.line;
+// The command's name and directory, each through a buffer of size elements
+// that must stay untouched from size on; results 1, or "!" for a 0.
+template <class Ch>
+std::basic_string<Ch> parts(const std::basic_string<Ch>& line, int32_t size) {
+  std::basic_string<Ch> both;
+  for (bool directory : {false, true}) {
+    auto out = sentinel_buffer<Ch>(300);
+    const int32_t result = directory ? Twin<Ch>::GetCommandDirectory(line.c_str(), out.data(), size)
+                                     : Twin<Ch>::GetCommand(line.c_str(), out.data(), size);
+    EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(std::max(size, 0))));
+    both +=
+        result == 1 ? str(out) : text<Ch>("!") + (size > 0 ? str(out) : std::basic_string<Ch>());
+    both += Ch('|');
   }
+  return both;
 }
 
-TYPED_TEST(CommandLineLists, GiveTheRunningProgramForAnEmptyLine) {
+TYPED_TEST(CommandLineLists, HoldEveryElementAndTheCommandsNameAndDirectory) {
   using Ch = TypeParam;
-  const Ch empty[] = {0};
-  StrList list = untouched_list();
-  ASSERT_EQ(Twin<Ch>::CmdLineList(empty, &list), 1);
-  const auto elements = take<Ch>(list);
-  ASSERT_EQ(elements.size(), 1u);
-  EXPECT_EQ(elements[0], in_twin<Ch>(program_path()));
-  list = untouched_list();
-  ASSERT_EQ(Twin<Ch>::GetCmdLineParam(empty, &list), 1);
-  EXPECT_EQ(list.count, 0);
-  EXPECT_EQ(list.strings, nullptr);
+  const std::tuple<const char*, std::vector<std::string>, const char*, Only> cases[] = {
+      {"prog a b", {"prog", "a", "b"}, "prog||", kBoth},  // a bare name has no directory
+      {"prog \"\" x", {"prog", "", "x"}, "prog||", kBoth},
+      {" a", {"", "a"}, "||", kBoth},
+      {"\"C:\\My App\\app.exe\" -x", {"C:\\My App\\app.exe", "-x"}, "app.exe|C:\\My App|", kBoth},
+      // Shift-JIS: "表" is 0x95 0x5C, whose trail byte is no separator.
+      {"C:\\\x95\x5C\\a.exe x", {"C:\\\x95\x5C\\a.exe", "x"}, "a.exe|C:\\\x95\x5C|", kNarrow},
+      {"C:\\d\\\x95\x5C", {"C:\\d\\\x95\x5C"}, "\x95\x5C|C:\\d|", kNarrow},
+  };
+  for (const auto& [line, list, command, only] : cases) {
+    if (!runs<Ch>(only)) continue;
+    std::vector<std::basic_string<Ch>> expected;
+    for (const auto& element : list) expected.push_back(text<Ch>(element));
+    EXPECT_EQ(elements(text<Ch>(line)), expected) << line;
+    EXPECT_EQ(parts(text<Ch>(line), 100), text<Ch>(command)) << line;
+  }
+  // The size must hold the whole line and its terminator, not only the
+  // command: one element less gives 0 and empty outputs, a size below 1
+  // leaves them alone.
+  const auto line = text<Ch>("C:\\d\\prog.exe with arguments");
+  const auto needed = static_cast<int32_t>(line.size()) + 1;
+  for (int32_t size : {needed + 1, needed, needed - 1, 1, 0, -1})
+    EXPECT_EQ(parts(line, size), text<Ch>(size >= needed ? "prog.exe|C:\\d|" : "!|!|")) << size;
 }
 
-// Every line of the recorded corpus that has a narrow form: the narrow list
-// is the wide list with each element in the narrow code page.
+// An empty line stands for the running program, in the layer's Windows form
+// on both builds; the narrow twin gives its platform conversion.
+TYPED_TEST(CommandLineLists, AnEmptyLineIsTheRunningProgram) {
+  using Ch = TypeParam;
+  const wstring program = module_path();
+  const std::size_t last = program.rfind(u'\\');
+  ASSERT_NE(last, wstring::npos);
+  // ASCII paths only: the test program's own folder.
+  const auto in_twin = [](const wstring& wide) { return in<Ch>(narrow(wide)); };
+  const std::basic_string<Ch> empty;
+  EXPECT_EQ(elements(empty), std::vector{in_twin(program)});
+  const wstring bar(1, wchar('|'));
+  EXPECT_EQ(parts(empty, 260),
+            in_twin(program.substr(last + 1) + bar + program.substr(0, last) + bar));
+  EXPECT_EQ(utf8(program.substr(last + 1)).rfind("kz_tests", 0), 0u);
+}
+
+// The narrow list is the wide list with each element in the narrow code page.
 TEST(CommandLineListNarrow, EqualsTheWideListConvertedElementByElement) {
-  const std::vector<wstring> lines = {
-      utf16("prog \xE6\x97\xA5\xE6\x9C\xAC \"\xE8\xA1\xA8\\\" \xE3\x82\xBD\""),
-      utf16("\"C:\\\xE6\x97\xA5\xE6\x9C\xAC\\\xE3\x82\xA2 x.exe\" \xEF\xBD\xB6\xEF\xBE\x85"),
-      utf16("prog a\xE3\x80\x80"
-            "b \"\xE3\x80\x80\""),
-      utf16("\xE8\xA1\xA8 \xE8\xA1\xA8\\\\\"\xE8\xA1\xA8\""),
-  };
-  for (const wstring& line : lines) {
-    StrList wide_list{}, narrow_list{};
-    ASSERT_EQ(KZ_CmdLineListW(line.c_str(), &wide_list), 1);
-    ASSERT_EQ(KZ_CmdLineListA(narrow(line).c_str(), &narrow_list), 1) << utf8(line);
+  for (const char* utf8_line :
+       {"prog \xE6\x97\xA5\xE6\x9C\xAC \"\xE8\xA1\xA8\\\" \xE3\x82\xBD\"",
+        "\"C:\\\xE6\x97\xA5\xE6\x9C\xAC\\\xE3\x82\xA2 x.exe\" \xEF\xBD\xB6\xEF\xBE\x85",
+        "prog a\xE3\x80\x80"
+        "b \"\xE3\x80\x80\"",
+        "\xE8\xA1\xA8 \xE8\xA1\xA8\\\\\"\xE8\xA1\xA8\""}) {
+    const wstring line = utf16(utf8_line);
     std::vector<std::string> expected;
-    for (const wstring& element : take<wchar>(wide_list)) expected.push_back(narrow(element));
-    EXPECT_EQ(take<char>(narrow_list), expected) << utf8(line);
+    for (const wstring& element : elements(line)) expected.push_back(narrow(element));
+    EXPECT_EQ(elements(narrow(line)), expected) << utf8_line;
   }
 }
 
@@ -138,60 +127,49 @@ TEST(CommandLineListNarrow, EqualsTheWideListConvertedElementByElement) {
 // element back through 260 bytes: 259 of either fit, 260 give 0 and nothing
 // to release. A double-byte character takes one wide element but two bytes.
 TEST(CommandLineListNarrow, KeepsToItsTwoBuffersOf260) {
-  const auto ideographs = [](int count) {
-    std::string s;
-    for (int k = 0; k < count; ++k) s += "\x93\xFA";  // one character, two bytes
-    return s;
+  std::string ideographs;
+  for (int k = 0; k < 130; ++k) ideographs += "\x93\xFA";
+  // Each line's last element is all but its first four bytes.
+  const std::pair<std::string, bool> cases[] = {
+      {"p a " + std::string(255, 'a'), true},  // 259 wide elements
+      {"p a " + std::string(256, 'a'), false},
+      {"p a x" + ideographs.substr(2), true},  // an element of 259 bytes
+      {"p a " + ideographs, false},            // 260 bytes, in 134 wide elements
   };
-  struct Case {
-    std::string prefix, last;  // the line is prefix + last
-    bool fits;
-  } cases[] = {
-      {"p ", std::string(257, 'a'), true},                          // 259 wide elements
-      {"p ", std::string(258, 'a'), false},                         // 260
-      {"p a ", std::string(1, 'x').append(ideographs(129)), true},  // an element of 259 bytes
-      {"p a ", ideographs(130), false},  // 260 bytes, in 132 wide elements
-  };
-  for (const Case& c : cases) {
-    std::string line = c.prefix;
-    line += c.last;
-    StrList list = untouched_list();
-    ASSERT_EQ(KZ_CmdLineListA(line.c_str(), &list), c.fits ? 1 : 0) << line.size();
-    if (c.fits)
-      EXPECT_EQ(take<char>(list).back(), c.last) << "the element arrives whole";
-    else
-      EXPECT_TRUE(holds_nothing_to_release(list));
-    list = untouched_list();
-    ASSERT_EQ(KZ_GetCmdLineParamA(line.c_str(), &list), c.fits ? 1 : 0);
-    if (c.fits)
-      EXPECT_EQ(take<char>(list).back(), c.last);
-    else
-      EXPECT_EQ(list.strings, nullptr);
+  for (const auto& [line, fits] : cases) {
+    if (fits) {
+      EXPECT_EQ(elements(line).back(), line.substr(4)) << "the element arrives whole";
+      continue;
+    }
+    StrList list = kUntouched, parameters = kUntouched;
+    EXPECT_EQ(KZ_CmdLineListA(line.c_str(), &list), 0);
+    EXPECT_EQ(KZ_GetCmdLineParamA(line.c_str(), &parameters), 0);
+    EXPECT_TRUE(holds_nothing(list) && parameters.strings == nullptr);
   }
 }
 
-// Fail once and fail forever, at every allocation the three lists make
-// (the platform's own block included where the layer allocates it): 0 and
-// nothing left to release, which the leak checker confirms.
+// Fail once and fail forever, at every allocation (the platform's own block
+// included where the layer allocates it): 0, and nothing left to release,
+// which the leak checker confirms, or an empty output.
 TYPED_TEST(CommandLineLists, GiveZeroAndHoldNothingWhenAnyAllocationFails) {
   using Ch = TypeParam;
-  const auto line = text<Ch>("prog \"a b\" \"\" c");
+  const auto line = text<Ch>("\"C:\\My Dir\\app.exe\" \"a b\" \"\" c");
   for_each_allocation_failure([&] {
-    StrList list = untouched_list();
+    StrList list = kUntouched;
     if (Twin<Ch>::CmdLineList(line.c_str(), &list) == 1)
       EXPECT_EQ(take<Ch>(list).size(), 4u);
     else
-      EXPECT_TRUE(holds_nothing_to_release(list));
-    list = untouched_list();
+      EXPECT_TRUE(holds_nothing(list));
+    list = kUntouched;
     if (Twin<Ch>::GetCmdLineParam(line.c_str(), &list) == 1)
       EXPECT_EQ(take<Ch>(list).size(), 3u);
     else
       EXPECT_EQ(list.strings, nullptr);
-    list = untouched_list();
-    if (Twin<Ch>::GetCmdLine(&list) == 1)
-      EXPECT_GE(take<Ch>(list).size(), 1u);
-    else
-      EXPECT_TRUE(holds_nothing_to_release(list));
+    const auto got = parts(line, 100);
+    bool known = false;
+    for (const char* ok : {"app.exe|C:\\My Dir|", "!|C:\\My Dir|", "app.exe|!|", "!|!|"})
+      known |= got == text<Ch>(ok);
+    EXPECT_TRUE(known);
   });
 }
 
@@ -204,8 +182,6 @@ const std::vector<std::string> kChildArguments = {
     "",           "\\\\srv\\x\\",
     "plain",      "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E \xEF\xBD\xB6",
 };
-const char kChildFilter[] = "--gtest_filter=CommandLineChild.DISABLED_GetsItsArgumentsBack";
-const char kChildSwitch[] = "--gtest_also_run_disabled_tests";
 
 // Runs only in the child, which the next test starts: its own command line,
 // read through both twins, ends in the arguments it was given.
@@ -214,13 +190,13 @@ TEST(CommandLineChild, DISABLED_GetsItsArgumentsBack) {
   ASSERT_EQ(KZ_GetCmdLineW(&wide_list), 1);
   ASSERT_EQ(KZ_GetCmdLineA(&narrow_list), 1);
   // The narrow line must fit 259 wide elements: the arguments are kept short.
-  EXPECT_LT(std::char_traits<wchar>::length(os::GetCommandLineW()), 260u);
+  EXPECT_LT(std::char_traits<wchar>::length(kz::os::GetCommandLineW()), 260u);
   const auto wide_elements = take<wchar>(wide_list);
   const auto narrow_elements = take<char>(narrow_list);
   ASSERT_EQ(wide_elements.size(), kChildArguments.size() + 3);
   ASSERT_EQ(narrow_elements.size(), kChildArguments.size() + 3);
-  EXPECT_EQ(wide_elements[0], program_path());
-  EXPECT_EQ(narrow_elements[0], narrow(program_path()));
+  EXPECT_EQ(wide_elements[0], module_path());
+  EXPECT_EQ(narrow_elements[0], narrow(module_path()));
   for (std::size_t k = 0; k < kChildArguments.size(); ++k) {
     EXPECT_EQ(utf8(wide_elements[k + 3]), kChildArguments[k]) << k;
     EXPECT_EQ(narrow_elements[k + 3], narrow(utf16(kChildArguments[k]))) << k;
@@ -228,7 +204,9 @@ TEST(CommandLineChild, DISABLED_GetsItsArgumentsBack) {
 }
 
 TEST(CommandLineChild, GivesTheArgumentsItWasStartedWithBack) {
-  std::vector<std::string> arguments = {kChildFilter, kChildSwitch};
+  std::vector<std::string> arguments = {
+      "--gtest_filter=CommandLineChild.DISABLED_GetsItsArgumentsBack",
+      "--gtest_also_run_disabled_tests"};
   arguments.insert(arguments.end(), kChildArguments.begin(), kChildArguments.end());
   EXPECT_EQ(run_this_program(arguments), 0);
 }

@@ -3,107 +3,86 @@
 // narrow twin to the wide one.
 #include <random>
 
-#include "support.h"
-#include "twins.h"
+#include "files.h"
 
 namespace {
 
 using namespace kz::test;
 
-template <class Ch>
-class Dissection : public ::testing::Test {};
-TYPED_TEST_SUITE(Dissection, ElementTypes);
+KZ_TWIN_SUITE(Dissection);
 
-enum class Op { kDrive, kDirectory, kName, kExt, kNotExt };
-constexpr Op kOps[] = {Op::kDrive, Op::kDirectory, Op::kName, Op::kExt, Op::kNotExt};
+enum Op { kDrive, kDirectory, kName, kExt, kNotExt };
 
 template <class Ch>
 int32_t run(Op op, const Ch* path, Ch* out, int32_t size) {
-  switch (op) {
-    case Op::kDrive:
-      return Twin<Ch>::GetDriveName(path, out, size);
-    case Op::kDirectory:
-      return Twin<Ch>::GetDirectoryName(path, out, size);
-    case Op::kName:
-      return Twin<Ch>::GetFileName(path, out, size);
-    case Op::kExt:
-      return Twin<Ch>::GetFileExt(path, out, size);
-    case Op::kNotExt:
-      break;
-  }
-  return Twin<Ch>::GetNotExtPath(path, out, size);
+  using T = Twin<Ch>;
+  return op == kDrive       ? T::GetDriveName(path, out, size)
+         : op == kDirectory ? T::GetDirectoryName(path, out, size)
+         : op == kName      ? T::GetFileName(path, out, size)
+         : op == kExt       ? T::GetFileExt(path, out, size)
+                            : T::GetNotExtPath(path, out, size);
 }
 
 template <class Ch>
 using String = std::basic_string<Ch>;
 
-// Rows the join properties below cannot pin down. Shift-JIS "表" is
-// 0x95 0x5C: its trail byte equals the backslash.
+// Rows the join properties below cannot pin down, and the sizes around
+// each bound: needed - 1 and 0 fail without writing behind the buffer (the
+// directory's needs the whole path to fit). Shift-JIS "表" is 0x95 0x5C:
+// its trail byte equals the backslash.
 TYPED_TEST(Dissection, TakesThePathApartAtItsLastSeparator) {
   using Ch = TypeParam;
-  struct Case {
-    Op op;
-    const char *path, *expected;
-    int32_t result;
-    Only only = Only::kBoth;
-  } cases[] = {
-      {Op::kDrive, "abc:def", "abc", 3},
-      {Op::kDrive, "\\dir\\file", "", -1},
-      {Op::kDrive, "\"a:b\":c", "a:b", 3},
-      {Op::kDrive, ":x", "", 0},
-      {Op::kDirectory, "C:\\file.txt", "C:", 2},
-      {Op::kDirectory, "C:file.txt", "", 0},
-      {Op::kDirectory, "a/b/c", "", 0},
-      {Op::kName, "C:file.txt", "file.txt", 8},
-      {Op::kExt, "C:\\a.b\\c", "b\\c", 3},
-      {Op::kDirectory, "C:\\\x95\x5C\\f", "C:\\\x95\x5C", 5, Only::kNarrow},
-      {Op::kName, "C:\\\x95\x5C", "\x95\x5C", 2, Only::kNarrow},
-      {Op::kName, "\x95:", "", 0, Only::kNarrow},      // 0x3A is no trail byte
-      {Op::kExt, "a.b\x81.c", "c", 1, Only::kNarrow},  // nor is 0x2E
-      {Op::kExt, ".\x81", "\x81", 1, Only::kNarrow},   // a lead byte before the end
+  const std::tuple<Op, const char*, const char*, int32_t, Only> cases[] = {
+      {kDrive, "abc:def", "abc", 3, kBoth},
+      {kDrive, "\\dir\\file", "", -1, kBoth},
+      {kDrive, "\"a:b\":c", "a:b", 3, kBoth},
+      {kDrive, ":x", "", 0, kBoth},
+      {kDirectory, "C:\\file.txt", "C:", 2, kBoth},
+      {kDirectory, "C:file.txt", "", 0, kBoth},
+      {kDirectory, "a/b/c", "", 0, kBoth},
+      {kName, "C:file.txt", "file.txt", 8, kBoth},
+      {kExt, "C:\\a.b\\c", "b\\c", 3, kBoth},
+      {kDirectory, "C:\\\x95\x5C\\f", "C:\\\x95\x5C", 5, kNarrow},
+      {kName, "C:\\\x95\x5C", "\x95\x5C", 2, kNarrow},
+      {kName, "\x95:", "", 0, kNarrow},      // 0x3A is no trail byte
+      {kExt, "a.b\x81.c", "c", 1, kNarrow},  // nor is 0x2E
+      {kExt, ".\x81", "\x81", 1, kNarrow},   // a lead byte before the end
   };
-  for (const auto& c : cases) {
-    if (!runs<Ch>(c.only)) continue;
+  for (const auto& [op, path, expected, result, only] : cases) {
+    if (!runs<Ch>(only)) continue;
     auto out = sentinel_buffer<Ch>(40);
-    SCOPED_TRACE(c.path);
-    EXPECT_EQ(run(c.op, text<Ch>(c.path).c_str(), out.data(), 32), c.result);
-    EXPECT_EQ(str(out), text<Ch>(c.expected));
-    EXPECT_TRUE(untouched_from(out, 32));
+    EXPECT_EQ(run(op, text<Ch>(path).c_str(), out.data(), 32), result) << path;
+    EXPECT_TRUE(holds(out, text<Ch>(expected), 0, 32)) << path;
+  }
+  const std::tuple<Op, const char*, int32_t> bounds[] = {{kDrive, "abc:x", 4},
+                                                         {kName, "d\\name", 5},
+                                                         {kExt, "a.ext", 4},
+                                                         {kNotExt, "stem", 5},
+                                                         {kDirectory, "ab\\c", 5}};
+  for (const auto& [op, path, needed] : bounds) {
+    for (int32_t size : {needed - 1, needed, needed + 1, 0}) {
+      auto out = sentinel_buffer<Ch>(16);
+      const int32_t result = run(op, text<Ch>(path).c_str(), out.data(), size);
+      EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(size))) << path;
+      EXPECT_EQ(result, size < needed ? -1 : static_cast<int32_t>(str(out).size())) << path;
+    }
   }
 }
 
-// Needed - 1, needed, needed + 1 and 0 elements: the result fits exactly, or
-// the call fails without writing behind the buffer. Null and empty paths fail
-// and empty the buffer, all but the directory's.
-TYPED_TEST(Dissection, ResultsFitTheirBufferOrFail) {
+// Null and empty paths fail and empty the buffer, all but the directory's,
+// which may also overwrite its own path; the drive survives every failed
+// allocation or fails with an empty buffer.
+TYPED_TEST(Dissection, FailuresEmptyTheBufferAndTheDirectoryMayOverwriteItsPath) {
   using Ch = TypeParam;
-  struct Case {
-    Op op;
-    const char* path;
-    int32_t needed;
-  } cases[] = {
-      {Op::kDrive, "abc:x", 4}, {Op::kName, "d\\name", 5},    {Op::kExt, "a.ext", 4},
-      {Op::kNotExt, "stem", 5}, {Op::kDirectory, "ab\\c", 5},  // the whole path must fit
-  };
-  for (const auto& c : cases) {
-    const auto path = text<Ch>(c.path);
-    for (int32_t size : {c.needed - 1, c.needed, c.needed + 1, 0}) {
-      auto out = sentinel_buffer<Ch>(16);
-      const int32_t result = run(c.op, path.c_str(), out.data(), size);
-      EXPECT_TRUE(untouched_from(out, static_cast<std::size_t>(size))) << c.path;
-      EXPECT_EQ(result, size < c.needed ? -1 : static_cast<int32_t>(str(out).size())) << c.path;
-    }
-  }
   const Ch empty[] = {0};
-  for (Op op : kOps) {
+  for (Op op : {kDrive, kDirectory, kName, kExt, kNotExt}) {
     for (const Ch* path : {static_cast<const Ch*>(nullptr), empty}) {
       auto out = sentinel_buffer<Ch>(4);
-      const Ch sentinel = out[0];
       EXPECT_EQ(run(op, path, out.data(), 4), -1);
-      EXPECT_EQ(out[0], op == Op::kDirectory ? sentinel : Ch(0));
+      EXPECT_EQ(out[0], op == kDirectory ? kSentinel<Ch> : Ch(0));
     }
   }
-  auto path = text<Ch>("C:\\dir\\file.txt");  // the directory may overwrite its path
+  auto path = text<Ch>("C:\\dir\\file.txt");
   EXPECT_EQ(Twin<Ch>::GetDirectoryName(path.c_str(), path.data(), 16), 6);
   EXPECT_EQ(String<Ch>(path.c_str()), text<Ch>("C:\\dir"));
   for_each_allocation_failure([&] {
@@ -113,78 +92,52 @@ TYPED_TEST(Dissection, ResultsFitTheirBufferOrFail) {
   });
 }
 
+// The first element upper-cased, less 64; 259 elements and the terminator
+// fit the work area, one more fails.
 TYPED_TEST(Dissection, DriveNumberUpperCasesTheFirstElement) {
   using Ch = TypeParam;
-  struct Case {
-    const char* path;
-    int32_t result;
-    Only only = Only::kBoth;
-  } cases[] = {
-      {"c:\\x", 3},
-      {"1:\\x", -15},  // no test for a letter
-      {"x", -1},
-      {"", -1},
-      {"\xB1:", 0xB1 - 256 - 64, Only::kNarrow},  // a signed byte
-      {"\xFF:", 0x178 - 64, Only::kWide},         // ÿ upper-cased to Ÿ
-  };
-  for (const auto& c : cases) {
-    if (runs<Ch>(c.only)) {
-      EXPECT_EQ(Twin<Ch>::GetDriveNumber(text<Ch>(c.path).c_str()), c.result);
-    }
-  }
+  const std::tuple<const char*, int32_t, Only> cases[] = {
+      {"c:\\x", 3, kBoth},
+      {"1:\\x", -15, kBoth},  // no test for a letter
+      {"x", -1, kBoth},
+      {"", -1, kBoth},
+      {"\xB1:", 0xB1 - 256 - 64, kNarrow},  // a signed byte
+      {"\xFF:", 0x178 - 64, kWide}};        // ÿ upper-cased to Ÿ
+  for (const auto& [path, result, only] : cases)
+    EXPECT_EQ(runs<Ch>(only) ? Twin<Ch>::GetDriveNumber(text<Ch>(path).c_str()) : result, result);
   EXPECT_EQ(Twin<Ch>::GetDriveNumber(static_cast<const Ch*>(nullptr)), -1);
-  // 259 elements and the terminator fit the work area; one more fails.
   auto path = text<Ch>("c:") + String<Ch>(257, Ch('x'));
   EXPECT_EQ(Twin<Ch>::GetDriveNumber(path.c_str()), 3);
-  path.push_back(Ch('x'));
-  EXPECT_EQ(Twin<Ch>::GetDriveNumber(path.c_str()), -1);
+  EXPECT_EQ(Twin<Ch>::GetDriveNumber((path + Ch('x')).c_str()), -1);
 }
 
+// SplitPath's four pieces; all empty when any does not fit.
 template <class Ch>
-struct Pieces {
-  Ch drive[3], directory[260], name[260], extension[260];
-  explicit Pieces(const Ch* path) {
-    drive[0] = directory[0] = name[0] = extension[0] = Ch('?');
-    Twin<Ch>::SplitPath(path, drive, directory, name, extension);
-  }
-  bool empty() const { return (drive[0] | directory[0] | name[0] | extension[0]) == 0; }
-  // The pieces with or without the backslash and the dot between them.
-  bool join_into(const String<Ch>& path) const {
-    for (int glue = 0; glue < 4; ++glue) {
-      String<Ch> out = String<Ch>(drive) + directory;
-      if (glue & 1) out.push_back(Ch('\\'));
-      out += name;
-      if (glue & 2) out.push_back(Ch('.'));
-      if (out + extension == path) return true;
-    }
-    return false;
-  }
-};
+std::vector<String<Ch>> pieces(const Ch* path) {
+  Ch drive[3] = {'?'}, directory[260] = {'?'}, name[260] = {'?'}, extension[260] = {'?'};
+  Twin<Ch>::SplitPath(path, drive, directory, name, extension);
+  return {drive, directory, name, extension};
+}
 
 TYPED_TEST(Dissection, SplitPathOddShapesAndTheLimitOfEachPiece) {
   using Ch = TypeParam;
-  struct Case {
-    const char *path, *drive, *directory, *name, *extension;
-  } cases[] = {
-      {"\\\\srv\\share\\f.t", "\\\\", "srv\\share", "f", "t"},
-      {"C:\\dir\\.profile", "C:", "\\dir", "", "profile"},
-      {"\\x.txt", "\\x", "", "", "txt"},  // no backslash from element 2 on
-      {"x", "x", "", "", ""},
+  const std::pair<String<Ch>, std::string> cases[] = {
+      {text<Ch>("\\\\srv\\share\\f.t"), "\\\\|srv\\share|f|t"},
+      {text<Ch>("C:\\dir\\.profile"), "C:|\\dir||profile"},
+      {text<Ch>("\\x.txt"), "\\x|||txt"},  // no backslash from element 2 on
+      {text<Ch>("x"), "x|||"},
+      {text<Ch>("C:\\") + String<Ch>(259, 'x') + text<Ch>(".e"),
+       "C:||" + std::string(259, 'x') + "|e"},
+      {text<Ch>("C:\\") + String<Ch>(260, 'x') + text<Ch>("\\n.e"), "|||"},
+      {text<Ch>("C:\\") + String<Ch>(260, 'x') + text<Ch>(".e"), "|||"},
+      {text<Ch>("C:\\n.") + String<Ch>(260, 'x'), "|||"},
+      {String<Ch>(), "|||"},
   };
-  for (const auto& c : cases) {
-    const Pieces<Ch> p(text<Ch>(c.path).c_str());
-    EXPECT_EQ(
-        String<Ch>(p.drive) + text<Ch>("|") + p.directory + text<Ch>("|") + p.name + text<Ch>("|") +
-            p.extension,
-        text<Ch>(std::string(c.drive) + "|" + c.directory + "|" + c.name + "|" + c.extension));
+  for (const auto& [path, expected] : cases) {
+    const auto p = pieces(path.c_str());
+    EXPECT_EQ(p[0] + Ch('|') + p[1] + Ch('|') + p[2] + Ch('|') + p[3], text<Ch>(expected));
   }
-  const String<Ch> piece(259, Ch('x')), over(260, Ch('x'));
-  const auto drive = text<Ch>("C:\\");
-  EXPECT_EQ(String<Ch>(Pieces<Ch>((drive + piece + text<Ch>(".e")).c_str()).name), piece);
-  for (const auto& path : {drive + over + text<Ch>("\\n.e"), drive + over + text<Ch>(".e"),
-                           drive + text<Ch>("n.") + over, String<Ch>()})
-    EXPECT_TRUE(Pieces<Ch>(path.c_str()).empty());
-  EXPECT_TRUE(Pieces<Ch>(nullptr).empty());
+  EXPECT_EQ(pieces<Ch>(nullptr), pieces(text<Ch>("").c_str()));
 }
 
 // Random paths over the elements that matter; narrow ones also hold
@@ -198,6 +151,9 @@ String<Ch> random_path(std::mt19937& rng, bool lone_lead) {
   return out;
 }
 
+// The stem, a dot and the extension make the path; so do the directory, a
+// backslash and the name where no colon stands; and SplitPath's pieces with
+// or without the backslash and the dot between them.
 TYPED_TEST(Dissection, PiecesJoinBackIntoThePath) {
   using Ch = TypeParam;
   std::mt19937 rng(11);
@@ -214,7 +170,12 @@ TYPED_TEST(Dissection, PiecesJoinBackIntoThePath) {
     if (path.find(Ch(':')) == String<Ch>::npos && dir_length > 0) {
       EXPECT_EQ(String<Ch>(directory) + text<Ch>("\\") + name, path);
     }
-    EXPECT_TRUE(Pieces<Ch>(path.c_str()).join_into(path));
+    const auto p = pieces(path.c_str());
+    bool joins = false;
+    for (const char* backslash : {"", "\\"})
+      for (const char* dot : {"", "."})
+        joins |= p[0] + p[1] + text<Ch>(backslash) + p[2] + text<Ch>(dot) + p[3] == path;
+    EXPECT_TRUE(joins);
   }
 }
 
@@ -222,14 +183,9 @@ TYPED_TEST(Dissection, PiecesJoinBackIntoThePath) {
 // narrow form of the wide twin's result on the same path.
 TEST(Dissection, NarrowResultsAreTheWideResultsOfTheSamePath) {
   std::mt19937 rng(7);
-  const auto widen = [](const std::string& narrow) {
-    std::vector<wchar> wide(narrow.size() + 1);
-    KZ_SJIS2UNICODE(narrow.c_str(), wide.data(), static_cast<int32_t>(wide.size()));
-    return wstring(wide.data());
-  };
   for (int round = 0; round < 4000; ++round) {
     const auto path = random_path<char>(rng, false);
-    for (Op op : kOps) {
+    for (Op op : {kDrive, kDirectory, kName, kExt, kNotExt}) {
       char narrow_out[64];
       wchar wide_out[64];
       const int32_t narrow_result = run(op, path.c_str(), narrow_out, 64);

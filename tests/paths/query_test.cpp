@@ -4,9 +4,8 @@
 #include <fstream>
 
 #include "files.h"
+#include "frame/text.h"
 #include "platform/filetime.h"
-#include "platform/platform.h"
-#include "twins.h"
 
 namespace {
 
@@ -19,82 +18,57 @@ class FileQueries : public ::testing::Test {
     write_bytes(dir.path("a.txt"), "x");
     std::filesystem::create_directories(native(dir.path("sub")));
   }
-  TempDir dir;
   std::basic_string<Ch> at(const std::string& name = "") const { return dir.at<Ch>(name); }
+  static std::basic_string<Ch> current() {
+    Ch buffer[260];
+    kz::Text<Ch>::current_directory(260, buffer);
+    return buffer;
+  }
+  TempDir dir;
 };
 TYPED_TEST_SUITE(FileQueries, ElementTypes);
 
-template <class Ch>
-std::basic_string<Ch> current_directory() {
-  Ch buffer[260];
-  if constexpr (sizeof(Ch) == 1) {
-    kz::os::GetCurrentDirectoryA(260, buffer);
-  } else {
-    kz::os::GetCurrentDirectoryW(260, buffer);
-  }
-  return buffer;
-}
-
-template <class Ch>
-bool set_current_directory(const std::basic_string<Ch>& path) {
-  if constexpr (sizeof(Ch) == 1) {
-    return kz::os::SetCurrentDirectoryA(path.c_str());
-  } else {
-    return kz::os::SetCurrentDirectoryW(path.c_str());
-  }
-}
-
+// A trailing separator finds no file; no query changes the current directory.
 TYPED_TEST(FileQueries, CheckFileAndCheckDirectoryFindWhatIsThere) {
   using Ch = TypeParam;
-  struct Case {
-    const char* name;
-    int32_t file, directory;
-  } cases[] = {
-      {"a.txt", 1, 0},   {"sub", 1, 1},   {"?.TXT", 1, 0},
-      {"*.none", 0, 0},  {"sub\\", 0, 1},  // a trailing separator finds no file
-      {"none\\*", 0, 0},
-  };
-  const auto before = current_directory<Ch>();
-  for (const auto& c : cases) {
-    EXPECT_EQ(Twin<Ch>::CheckFile(this->at(c.name).c_str()), c.file) << c.name;
-    EXPECT_EQ(Twin<Ch>::CheckDirectory(this->at(c.name).c_str()), c.directory) << c.name;
-    EXPECT_EQ(current_directory<Ch>(), before);
+  const std::tuple<const char*, int32_t, int32_t> cases[] = {{"a.txt", 1, 0}, {"sub", 1, 1},
+                                                             {"?.TXT", 1, 0}, {"*.none", 0, 0},
+                                                             {"sub\\", 0, 1}, {"none\\*", 0, 0}};
+  const auto before = this->current();
+  for (const auto& [name, file, directory] : cases) {
+    EXPECT_EQ(Twin<Ch>::CheckFile(this->at(name).c_str()), file) << name;
+    EXPECT_EQ(Twin<Ch>::CheckDirectory(this->at(name).c_str()), directory) << name;
+    EXPECT_EQ(this->current(), before);
   }
 }
 
+// Every level is made; 259 elements are within the limit, 260 over it; a
+// relative path counts from the current directory.
 TYPED_TEST(FileQueries, CreateDirectoryMakesEveryLevel) {
   using Ch = TypeParam;
-  struct Case {
-    const char *path, *made;
-    int32_t result;
-  } cases[] = {
-      {"a\\b\\c", "a\\b\\c", 1},
-      {"a\\b\\c", "a\\b\\c", 0},  // there already
-      {"d\\e\\", "d\\e", 1},      // one trailing backslash goes
-      {"f\\g\\\\", "f\\g", 0},    // of two, the walk made the level the last call finds
+  const std::string long_name(259 - this->dir.path().size() - 1, 'n');
+  const std::tuple<std::string, std::string, int32_t> cases[] = {
+      {"a\\b\\c", "a\\b\\c", 1}, {"a\\b\\c", "a\\b\\c", 0},  // there already
+      {"d\\e\\", "d\\e", 1},                                 // one trailing backslash goes
+      {"f\\g\\\\", "f\\g", 0},  // of two, the walk made the level the last call finds
+      {long_name + "x", "", 0},  {long_name, long_name, 1},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(c.path).c_str()), c.result) << c.path;
-    EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(c.made))));
+  for (const auto& [path, made, result] : cases) {
+    EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(path).c_str()), result) << path;
+    EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(made))));
   }
-  const Ch empty[] = {0};
-  EXPECT_EQ(Twin<Ch>::CreateDirectory(empty), 0);
-  // 259 elements are within the limit, 260 are over it.
-  const std::string long_name(259 - this->dir.path("").size() - 1, 'n');
-  EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(long_name + "x").c_str()), 0);
-  EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(long_name).c_str()), 1);
-  // Relative to the current directory.
-  const auto before = current_directory<Ch>();
-  ASSERT_TRUE(set_current_directory(this->at()));
+  EXPECT_EQ(Twin<Ch>::CreateDirectory(text<Ch>("").c_str()), 0);
+  const auto before = this->current();
+  ASSERT_TRUE(kz::Text<Ch>::set_current_directory(this->at().c_str()));
   EXPECT_EQ(Twin<Ch>::CreateDirectory(text<Ch>("r\\s").c_str()), 1);
-  set_current_directory(before);
+  kz::Text<Ch>::set_current_directory(before.c_str());
   EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path("r\\s"))));
 }
 
+// The walk also tries the prefix that ends between the bytes of "表".
 TEST(FileQueries, NarrowCreateDirectoryTakesATrailByteForABackslash) {
   TempDir dir;
   EXPECT_EQ(KZ_CreateDirectoryA(dir.path("\x95\x5C\\sub").c_str()), 1);
-  // The walk also tried the prefix that ends between the character's bytes.
   EXPECT_EQ(KZ_CheckDirectoryW(dir.at<wchar>("\x95\x5C\\sub").c_str()), 1);
 }
 
@@ -125,29 +99,27 @@ TYPED_TEST(FileQueries, FileSizeGivesTheLowHalfAndTheWhole) {
   KZ_TextFileClose(held);
 }
 
-// Now as a FILETIME of UTC, from the platform's clock.
-uint64_t now_ticks() {
-  SYSTEMTIME local;
-  kz::os::GetLocalTime(&local);
-  FILETIME local_time, utc;
-  kz::os::SystemTimeToFileTime(&local, &local_time);
-  kz::os::LocalFileTimeToFileTime(&local_time, &utc);
-  return kz::os::to_ticks(utc);
-}
-
+// Only the time asked for is written; the last write lies between the
+// platform's clock before and after the write.
 TYPED_TEST(FileQueries, FileTimeFillsOnlyTheTimesAsked) {
   using Ch = TypeParam;
-  const uint64_t before = now_ticks() - 2 * kz::os::kTicksPerSecond;
+  const auto now = [] {
+    SYSTEMTIME local;
+    kz::os::GetLocalTime(&local);
+    FILETIME local_time, utc;
+    kz::os::SystemTimeToFileTime(&local, &local_time);
+    kz::os::LocalFileTimeToFileTime(&local_time, &utc);
+    return kz::os::to_ticks(utc);
+  };
+  const uint64_t before = now() - 2 * kz::os::kTicksPerSecond;
   write_bytes(this->dir.path("t"), "x");
-  const uint64_t after = now_ticks() + 2 * kz::os::kTicksPerSecond;
-  const FILETIME sentinel = {0x7B7B7B7B, 0x7B7B7B7B};
+  const uint64_t after = now() + 2 * kz::os::kTicksPerSecond;
   for (int wanted = 0; wanted < 3; ++wanted) {
-    FILETIME got[3] = {sentinel, sentinel, sentinel};
+    FILETIME got[3] = {{7, 7}, {7, 7}, {7, 7}};
     FILETIME* out[3] = {nullptr, nullptr, nullptr};
     out[wanted] = &got[wanted];
     EXPECT_NE(Twin<Ch>::GetFileTime(this->at("t").c_str(), out[0], out[1], out[2]), 0);
-    for (int k = 0; k < 3; ++k)
-      EXPECT_EQ(kz::os::to_ticks(got[k]) == kz::os::to_ticks(sentinel), k != wanted);
+    for (int k = 0; k < 3; ++k) EXPECT_EQ(kz::os::to_ticks(got[k]) == 0x700000007, k != wanted);
     EXPECT_LE(kz::os::to_ticks(got[wanted]), after);
     if (wanted == 2) {
       EXPECT_GE(kz::os::to_ticks(got[wanted]), before);

@@ -2,11 +2,9 @@
 // CommandLineToArgvW gave for a corpus of tricky lines, and the program's
 // path cut at a buffer as the real GetModuleFileNameW cuts it.
 #include <fstream>
-#include <string>
-#include <vector>
 
+#include "files.h"
 #include "platform/platform.h"
-#include "support.h"
 
 namespace {
 
@@ -16,100 +14,48 @@ using namespace kz::test;
 // A text of the vector file: what stands between its outer brackets, with
 // %XXXX for one 16-bit element.
 wstring bracketed(const std::string& record) {
-  const std::size_t open = record.find('[');
-  const std::size_t close = record.rfind(']');
   wstring text;
-  for (std::size_t i = open + 1; i < close; ++i) {
-    if (record[i] == '%') {
-      text.push_back(static_cast<wchar>(std::stoul(record.substr(i + 1, 4), nullptr, 16)));
-      i += 4;
-    } else {
-      text.push_back(static_cast<wchar>(static_cast<unsigned char>(record[i])));
-    }
+  for (std::size_t i = record.find('[') + 1; i < record.rfind(']'); ++i) {
+    const bool escaped = record[i] == '%';
+    text.push_back(static_cast<wchar>(escaped ? std::stoul(record.substr(i + 1, 4), nullptr, 16)
+                                              : static_cast<unsigned char>(record[i])));
+    if (escaped) i += 4;
   }
   return text;
 }
 
-struct SplitRecord {
-  wstring line;
-  std::vector<wstring> elements;  // empty: the program's path stands there
-  std::vector<bool> program;
-};
-
-std::vector<SplitRecord> recorded_splits() {
-  std::ifstream file(KZ_ARGV_VECTORS);
-  EXPECT_TRUE(file) << "cannot open " << KZ_ARGV_VECTORS;
-  std::vector<SplitRecord> records;
-  std::string record;
-  while (std::getline(file, record)) {
-    if (record.rfind("line ", 0) == 0) {
-      records.push_back({bracketed(record), {}, {}});
-    } else if (!records.empty() && record.rfind("arg ", 0) == 0) {
-      records.back().elements.push_back(bracketed(record));
-      records.back().program.push_back(false);
-    } else if (!records.empty() && record == "program") {
-      records.back().elements.emplace_back();
-      records.back().program.push_back(true);
-    }
-  }
-  return records;
-}
-
-wstring program_path() {
-  std::vector<wchar> path(32768);
-  const auto length = os::GetModuleFileNameW(nullptr, path.data(), 32768);
-  return wstring(path.data(), length);
-}
-
-std::string shown(const wstring& text) {
-  std::string out = "[";
-  for (wchar c : text) {
-    if (c >= 0x20 && c < 0x7F) {
-      out.push_back(static_cast<char>(c));
-    } else {
-      char hex[8];
-      std::snprintf(hex, sizeof hex, "%%%04X", static_cast<unsigned>(c));
-      out += hex;
-    }
-  }
-  return out + "]";
-}
-
-// The vectors come from the real call (tools/gen-argv/generate). On POSIX
-// this holds the layer's split against Windows; under Wine it checks the
-// file against the system it was made on.
+// The vectors come from the real call (tools/gen-argv/generate): a "line"
+// record, then one "arg" record per element, or "program" where the
+// running program's path stands. On POSIX this holds the layer's split
+// against Windows; under Wine it checks the file against the system it was
+// made on.
 TEST(PlatformCommandLine, SplitsEveryRecordedLineAsThePlatformDoes) {
-  const std::vector<SplitRecord> records = recorded_splits();
+  std::ifstream file(KZ_ARGV_VECTORS);
+  ASSERT_TRUE(file) << "cannot open " << KZ_ARGV_VECTORS;
+  std::vector<std::pair<wstring, std::vector<wstring>>> records;
+  for (std::string record; std::getline(file, record);) {
+    if (record.rfind("line ", 0) == 0)
+      records.push_back({bracketed(record), {}});
+    else if (!records.empty() && record.rfind("arg ", 0) == 0)
+      records.back().second.push_back(bracketed(record));
+    else if (!records.empty() && record == "program")
+      records.back().second.push_back(module_path());
+  }
   ASSERT_GE(records.size(), 460u);
-  const wstring program = program_path();
-  int differences = 0;
-  for (const SplitRecord& record : records) {
+  for (const auto& [line, expected] : records) {
     int count = -1;
-    wchar** elements = os::CommandLineToArgvW(record.line.c_str(), &count);
-    ASSERT_NE(elements, nullptr) << shown(record.line);
-    std::vector<wstring> got(elements, elements + count);
+    wchar** elements = os::CommandLineToArgvW(line.c_str(), &count);
+    ASSERT_NE(elements, nullptr) << utf8(line);
+    EXPECT_EQ(std::vector<wstring>(elements, elements + count), expected) << utf8(line);
     EXPECT_EQ(elements[count], nullptr) << "the array ends in a null";
     os::LocalFree(elements);
-    std::vector<wstring> expected = record.elements;
-    for (std::size_t k = 0; k < expected.size(); ++k)
-      if (record.program[k]) expected[k] = program;
-    if (got != expected) {
-      ++differences;
-      std::string both = shown(record.line) + " gave";
-      for (const wstring& element : got) {
-        both += ' ';
-        both += shown(element);
-      }
-      ADD_FAILURE() << both;
-    }
   }
-  EXPECT_EQ(differences, 0);
 }
 
 // A path that does not fit with its terminator fills the buffer, without a
 // terminator, and the result says so by equalling size.
 TEST(PlatformCommandLine, CutsTheProgramsPathAtTheBufferAndSaysSo) {
-  const wstring program = program_path();
+  const wstring program = module_path();
   const auto length = static_cast<os::DWORD>(program.size());
   for (os::DWORD size : {length + 2, length + 1, length, length - 1, os::DWORD{1}}) {
     std::vector<wchar> buffer = sentinel_buffer<wchar>(size + 1);

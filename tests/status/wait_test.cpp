@@ -15,72 +15,51 @@ constexpr int32_t kMatch = 0, kTimedOut = 1, kFailed = 2;
 
 KZ_TWIN_SUITE(StatusWait);
 
-struct Row {
-  std::string file, expected;
-  int32_t result;
-};
-
-// Text must equal the whole file up to a zero byte; the wide twin compares
-// the narrow form of its text (here with trail bytes 0x5C and 0x74). A
-// value there at entry ends even a long wait at once.
-TYPED_TEST(StatusWait, TextMustEqualTheWholeFile) {
+// Text must equal the whole file up to a zero byte (the wide twin compares
+// its narrow form, here with trail bytes 0x5C and 0x74); data must begin
+// the file. A value there at entry ends even a long wait at once.
+TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
   using Ch = TypeParam;
-  const Row rows[] = {
-      {"ready", "ready", kMatch},
-      {"ready!", "ready", kTimedOut},
-      {"read", "ready", kTimedOut},
-      {std::string("ready\0x", 7), "ready", kMatch},
-      {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch},
+  const std::tuple<std::string, std::string, int32_t, int32_t> rows[] = {
+      {"ready", "ready", kMatch, kMatch},
+      {"ready!", "ready", kTimedOut, kMatch},
+      {"read", "ready", kTimedOut, kTimedOut},
+      {"readx", "ready", kTimedOut, kTimedOut},
+      {std::string("ready\0x", 7), "ready", kMatch, kMatch},
+      {std::string("a\0c\0", 4), std::string("a\0c\0", 4), kMatch, kMatch},
+      {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch, kMatch},
   };
   TempDir dir;
   HeldStatus status(open_status<Ch>(dir, "text"));
-  ASSERT_NE(status.get(), nullptr);
-  for (const Row& row : rows) {
-    write_bytes(dir.path("text"), row.file);
-    const uint32_t timeout = row.result == kMatch ? 30000 : 0;
+  ASSERT_NE(status, nullptr);
+  for (const auto& [file, expected, text, data] : rows) {
+    write_bytes(dir.path("text"), file);
+    EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>(expected).c_str(),
+                                           text == kMatch ? 30000 : 0),
+              text)
+        << file;
     EXPECT_EQ(
-        Twin<Ch>::StatusIsStringWait(status.get(), in_width<Ch>(row.expected).c_str(), timeout),
-        row.result)
-        << row.file;
+        KZ_StatusIsDataWait(status.get(), expected.data(), static_cast<uint32_t>(expected.size()),
+                            data == kMatch ? 30000 : 0),
+        data)
+        << file;
   }
-  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(nullptr, in_width<Ch>("").c_str(), 0), kFailed);
+  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(nullptr, in<Ch>("").c_str(), 0), kFailed);
   EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), nullptr, 0), kFailed);
-  // The record's path names the directory that the wait watches.
-  StatusFileHandle* record = status.get();
-  const std::string saved = record->path;
-  std::strcpy(record->path, (dir.path("gone") + "\\text").c_str());
-  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(record, in_width<Ch>("x").c_str(), 0), kFailed);
-  std::strcpy(record->path, saved.c_str());
-}
-
-// Data must begin the file: a longer file may go on, a shorter one never
-// matches.
-TEST(StatusWait, DataMustBeginTheFile) {
-  const Row rows[] = {
-      {"abcdef", "abcd", kMatch},
-      {"ab", "abcd", kTimedOut},
-      {"abce", "abcd", kTimedOut},
-      {std::string("a\0c\0", 4), std::string("a\0c\0", 4), kMatch},
-  };
-  TempDir dir;
-  HeldStatus status(open_status<char>(dir, "data"));
-  ASSERT_NE(status.get(), nullptr);
-  for (const Row& row : rows) {
-    write_bytes(dir.path("data"), row.file);
-    EXPECT_EQ(KZ_StatusIsDataWait(status.get(), row.expected.data(),
-                                  static_cast<uint32_t>(row.expected.size()), 0),
-              row.result)
-        << row.file;
-  }
   EXPECT_EQ(KZ_StatusIsDataWait(nullptr, "", 0, 0), kFailed);
   EXPECT_EQ(KZ_StatusIsDataWait(status.get(), nullptr, 0, 0), kFailed);
+  // The record's path names the directory that the wait watches.
+  const std::string saved = status->path;
+  std::strcpy(status->path, (dir.path("gone") + "\\text").c_str());
+  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>("x").c_str(), 0), kFailed);
+  std::strcpy(status->path, saved.c_str());
 }
 
 // The timeout counts the quiet time, which each change starts again.
 TEST(StatusWait, ChangesToOtherFilesKeepTheWaitGoing) {
   TempDir dir;
   HeldStatus status(open_status<char>(dir, "watched"));
-  ASSERT_NE(status.get(), nullptr);
+  ASSERT_NE(status, nullptr);
   constexpr int kChanges = 6;
   constexpr uint32_t kTimeout = 300;
   std::thread neighbour([&] {

@@ -4,7 +4,6 @@
 #include <regex>
 
 #include "files.h"
-#include "twins.h"
 
 namespace {
 
@@ -13,15 +12,14 @@ using namespace kz::test;
 template <class Ch>
 class Journal : public ::testing::Test {
  protected:
-  int32_t out(const char* name, const std::string& message, int32_t size = 64, int32_t wide = 0,
-              char separator = '/') const {
+  int32_t out(const std::string& name, const std::string& message, int32_t size = 64,
+              int32_t wide = 0, char separator = '/') const {
     return Twin<Ch>::JournalOut(text<Ch>(name).c_str(), in<Ch>(message).c_str(), size, wide,
                                 Ch(separator));
   }
   // The messages of a narrow journal file, each line checked whole.
   std::vector<std::string> messages(const char* name, char separator = '/') const {
-    const std::string bytes = read_bytes(dir.path(name));
-    const std::string s(1, separator);
+    const std::string bytes = read_bytes(dir.path(name)), s(1, separator);
     const std::regex line("\\d{4}" + s + "\\d\\d" + s + R"(\d\d \d\d:\d\d:\d\d > ([^\r\n]*)\r\n)");
     std::vector<std::string> found;
     for (std::sregex_iterator at(bytes.begin(), bytes.end(), line), end; at != end; ++at)
@@ -36,13 +34,13 @@ TYPED_TEST_SUITE(Journal, ElementTypes);
 
 using Lines = std::vector<std::string>;
 
+// The message is an argument of the format, never the format; levels of the
+// file name below the root are made one by one; without a root, TEMP holds
+// the journal.
 TYPED_TEST(Journal, AppendsStampedLinesUnderTheJournalRootOrTemp) {
-  EXPECT_EQ(this->out("app\\today.log", "started"), 1);
-  EXPECT_EQ(this->out("app\\today.log", ""), 1);
-  // The message is an argument of the format, never the format.
-  EXPECT_EQ(this->out("app\\today.log", "100%s %d"), 1);
+  for (const char* message : {"started", "", "100%s %d"})
+    EXPECT_EQ(this->out("app\\today.log", message), 1);
   EXPECT_EQ(this->messages("app\\today.log"), (Lines{"started", "", "100%s %d"}));
-  // Levels of the file name below the root are made one by one.
   EXPECT_EQ(this->out("a\\b\\c.log", "deep", 64, 0, '-'), 1);
   EXPECT_EQ(this->messages("a\\b\\c.log", '-'), Lines{"deep"});
   const ScopedVariable temp("TEMP", this->dir.path().c_str());
@@ -69,20 +67,18 @@ TYPED_TEST(Journal, WideJournalsAreUtf16InEitherTwin) {
   EXPECT_EQ(this->messages("n.log"), Lines{japanese});
 }
 
+// A line of seven elements needs 7 + 23 with its terminator; a file held by
+// another writer and a root and name of 260 elements or more get no line.
 TYPED_TEST(Journal, CallsThatWriteNothing) {
-  // A line of seven elements needs 7 + 23 with its terminator.
-  EXPECT_EQ(this->out("sizes.log", "seven77", 29), 0);
-  EXPECT_EQ(this->out("sizes.log", "seven77", 0), 0);
-  EXPECT_EQ(this->out("sizes.log", "seven77", 30), 1);
+  for (int32_t size : {29, 0, 30})
+    EXPECT_EQ(this->out("sizes.log", "seven77", size), size == 30 ? 1 : 0) << size;
   EXPECT_EQ(this->messages("sizes.log"), Lines{"seven77"});
-  // A file held by another writer gets no line.
   write_bytes(this->dir.path("held.log"), "");
   TextFileHandle* held = KZ_TextFileOpenA(this->dir.path("held.log").c_str(), "a", 0);
   EXPECT_EQ(this->out("held.log", "x"), 0);
   KZ_TextFileClose(held);
   EXPECT_EQ(read_bytes(this->dir.path("held.log")), "");
-  // A root and name of 260 elements or more write nothing.
-  EXPECT_EQ(this->out(std::string(260, 'n').c_str(), "x"), 0);
+  EXPECT_EQ(this->out(std::string(260, 'n'), "x"), 0);
 }
 
 }  // namespace

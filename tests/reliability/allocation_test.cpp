@@ -95,25 +95,27 @@ Outcome done(std::int64_t result, const T&... outputs) {
   Row {                                                        \
 #name, left, failure, 1, [&] { return done(__VA_ARGS__); } \
   }
-#define TWIN(name, Ch_, left, failure, ...)        \
-  Row {                                            \
-    "KZ_" #name, left, failure, sizeof(Ch_), [&] { \
-      using Ch [[maybe_unused]] = Ch_;             \
-      using T [[maybe_unused]] = Twin<Ch_>;        \
-      Ch o[64];                                    \
-      StrList l{};                                 \
-      [[maybe_unused]] const Listed<Ch> list{l};   \
-      fresh(o);                                    \
-      return done(__VA_ARGS__);                    \
-    }                                              \
+#define TWIN(name, Ch_, left, failure, ...)      \
+  Row {                                          \
+    name, left, failure, sizeof(Ch_), [&] {      \
+      using Ch [[maybe_unused]] = Ch_;           \
+      using T [[maybe_unused]] = Twin<Ch_>;      \
+      Ch o[64];                                  \
+      StrList l{};                               \
+      [[maybe_unused]] const Listed<Ch> list{l}; \
+      fresh(o);                                  \
+      return done(__VA_ARGS__);                  \
+    }                                            \
   }
-#define TWINS(name, left_a, left_w, failure, ...)    \
-  TWIN(name##A, char, left_a, failure, __VA_ARGS__), \
-      TWIN(name##W, wchar, left_w, failure, __VA_ARGS__)
-#define TWO(name, left, failure, ...) TWINS(name, left, left, failure, __VA_ARGS__)
-#define A_ONLY(name, left, failure, ...) TWINS(name, left, kNo, failure, __VA_ARGS__)
-#define W_ONLY(name, left, failure, ...) TWINS(name, kNo, left, failure, __VA_ARGS__)
-#define NONE(name, ...) TWO(name, kNo, 0, ((void)(__VA_ARGS__), 0))
+// The names are made here, before a platform macro (CreateDirectory) can
+// replace them.
+#define TWINS(name, left_a, left_w, failure, ...)           \
+  TWIN("KZ_" name "A", char, left_a, failure, __VA_ARGS__), \
+      TWIN("KZ_" name "W", wchar, left_w, failure, __VA_ARGS__)
+#define TWO(name, left, failure, ...) TWINS(#name, left, left, failure, __VA_ARGS__)
+#define A_ONLY(name, left, failure, ...) TWINS(#name, left, kNo, failure, __VA_ARGS__)
+#define W_ONLY(name, left, failure, ...) TWINS(#name, kNo, left, failure, __VA_ARGS__)
+#define NONE(name, ...) TWINS(#name, kNo, kNo, 0, ((void)(__VA_ARGS__), 0))
 #define NONE1(name, ...) ONE(name, kNo, 0, ((void)(__VA_ARGS__), 0))
 constexpr Left kNo = kNoAllocation;
 

@@ -1,8 +1,8 @@
 // Every size argument and fixed limit with buffers that end where a
 // protected page begins: a write or read one element too far stops the
 // test. Sizes go around what the call needs (needed + 1, needed,
-// needed - 1, 1, 0); fixed limits of 260 elements are met with texts of
-// 259, 260, 261 and 32,767 elements.
+// needed - 1, 1, 0); a fixed limit (260 elements, and the short ones) is
+// met with texts of limit - 1, limit, limit + 1 and 32,767 elements.
 #include <climits>
 #include <functional>
 
@@ -25,121 +25,84 @@ struct SizeRow {
   std::function<std::int64_t(Ch* dest, int32_t size, const Ch* source)> call;
 };
 
-template <class Ch>
-using Other = std::conditional_t<sizeof(Ch) == 1, wchar, char>;
+inline int32_t convert(const wchar* s, char* d, int32_t n) { return KZ_UNICODE2SJIS(s, d, n); }
+inline int32_t convert(const char* s, wchar* d, int32_t n) { return KZ_SJIS2UNICODE(s, d, n); }
+
+#define TX(ascii) text<Ch>(ascii).c_str()
+#define SIZED(name, source, needed, below, at_zero, ...)                          \
+  SizeRow<Ch> {                                                                   \
+    name, source, needed, below, at_zero,                                         \
+        [&]([[maybe_unused]] Ch* d, [[maybe_unused]] int32_t n,                   \
+            [[maybe_unused]] const Ch* s) -> std::int64_t { return __VA_ARGS__; } \
+  }
 
 KZ_TWIN_SUITE(GuardedSizes);
 
 TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
   using Ch = TypeParam;
   using T = Twin<Ch>;
+  using Other = std::conditional_t<sizeof(Ch) == 1, wchar, char>;
   TempDir dir;
   const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
-  const auto filled = [](const Ch* d, int32_t n) -> std::int64_t { return n > 0 && d[0] != 0; };
   StatusFileHandle* status = KZ_StatusCreateFileA("s", dir.path().c_str());
   KZ_StatusSetStringA(status, "abc");
+  TextFileHandle* lines = KZ_TextFileOpenA(dir.path("g.txt").c_str(), "w", 0);
+  KZ_TextFilePutsA(lines, "abc");
+  KZ_TextFileClose(lines);
+  const auto first_line = [&](Ch* d, int32_t n) {
+    TextFileHandle* file = KZ_TextFileOpenA(dir.path("g.txt").c_str(), "r", 0);
+    const int32_t got = T::TextFileGets(file, d, n);
+    KZ_TextFileClose(file);
+    return got;
+  };
+  const auto filled = [](const Ch* d, int32_t n) -> std::int64_t { return n > 0 && d[0] != 0; };
+  const Guarded<Other> other(text<Other>("abc"));
+  const Guarded<Ch> japanese(32);
+  const PointRecord least_point{INT_MIN, INT_MIN};
+  const RectRecord least_rect{INT_MIN, INT_MIN, INT_MIN, INT_MIN};
+  const DateRecord widest_date{65535, 65535, 65535}, wednesday{2024, 1, 3};
+  const TimeRecord widest_time{65535, 65535, 65535};
+  const SYSTEMTIME widest_clock = system_time(65535, 65535, 65535, 65535, 65535, 65535, 65535);
   const std::vector<SizeRow<Ch>> rows = {
-      {"code conversion", "", 4, 1, 5,
-       [](Ch* d, int32_t n, const Ch*) -> std::int64_t {
-         const Guarded<Other<Ch>> s(text<Other<Ch>>("abc"));
-         if constexpr (sizeof(Ch) == 1)
-           return KZ_UNICODE2SJIS(s.get(), d, n);
-         else
-           return KZ_SJIS2UNICODE(s.get(), d, n);
-       }},
-      {"StringCopyEx", "abc", 4, kFits, 0,
-       [](Ch* d, int32_t n, const Ch* s) {
-         return n > 0 ? T::StringCopyEx(d, s, Ch(','), n - 1, 0) : 0;
-       }},
-      {"StringCopyExAfter", "a,bc", 3, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringCopyExAfter(d, s, Ch(','), n, 0); }},
-      {"StringTrimLeft", " abc ", 5, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringTrimLeft(d, s, n, Ch(' ')); }},
-      {"StringTrimRight", " abc ", 5, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringTrimRight(d, s, n, Ch(' ')); }},
-      {"StringTrim", " abc ", 5, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringTrim(d, s, n, Ch(' ')); }},
-      {"StringZeroSuppress", "007", 2, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringZeroSuppress(d, s, n); }},
-      {"StringLengthCopy", "abcd", 4, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringLengthCopy(s, d, 3, n); }},
-      {"StringGetQuoted", "x[abc]", 4, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) {
-         return T::StringGetQuoted(s, d, n, text<Ch>("[").c_str(), text<Ch>("]").c_str());
-       }},
-      {"SetDoublequote", "ab", 5, 0, 0,
-       [&](Ch* d, int32_t n, const Ch* s) { return T::SetDoublequote(s, d, n), filled(d, n); }},
-      {"DelDoublequote", "\"ab\"", 5, 0, 0,
-       [&](Ch* d, int32_t n, const Ch* s) { return T::DelDoublequote(s, d, n), filled(d, n); }},
-      {"StringPassword", "a", 5, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::StringPassword(7, s, d, n, 1); }},
-      {"StringSetDelimiter", "1234", 6, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) {
-         return T::StringSetDelimiter(s, d, n - 1, Ch(','), 3);
-       }},
-      {"CoinageStringInt", "", 6, -1, -1,
-       [](Ch* d, int32_t n, const Ch*) { return T::CoinageStringInt(1234, d, n - 1); }},
-      {"CoinageStringDWord", "", 6, -1, -1,
-       [](Ch* d, int32_t n, const Ch*) { return T::CoinageStringDWord(1234u, d, n - 1); }},
-      {"CoinageStringLongLong", "", 6, -1, -1,
-       [](Ch* d, int32_t n, const Ch*) { return T::CoinageStringLongLong(1234ll, d, n - 1); }},
-      {"CoinageStringULongLong", "", 6, -1, -1,
-       [](Ch* d, int32_t n, const Ch*) { return T::CoinageStringULongLong(1234ull, d, n - 1); }},
-      {"MonthToString", "", 4, 0, 0,
-       [](Ch* d, int32_t n, const Ch*) { return T::MonthToString(3, d, n); }},
-      {"GetDriveName", "c:\\d", 2, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetDriveName(s, d, n); }},
-      {"GetDirectoryName", "c:\\d\\n", 7, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetDirectoryName(s, d, n); }},
-      {"GetFileName", "c:\\d\\n.e", 4, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetFileName(s, d, n); }},
-      {"GetFileExt", "d\\n.ext", 4, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetFileExt(s, d, n); }},
-      {"GetNotExtPath", "d\\n.e", 4, -1, -1,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetNotExtPath(s, d, n); }},
-      {"GetCommand", "d\\a.exe b", 10, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetCommand(s, d, n); }},
-      {"GetCommandDirectory", "d\\a.exe b", 10, 0, 0,
-       [](Ch* d, int32_t n, const Ch* s) { return T::GetCommandDirectory(s, d, n); }},
-      {"StatusGetString", "", 4, 1, 0,
-       [&](Ch* d, int32_t n, const Ch*) { return T::StatusGetString(status, d, n); }},
-      {"JournalOut", "m", 24, 0, 0,
-       [](Ch*, int32_t n, const Ch* s) {
-         return T::JournalOut(text<Ch>("j").c_str(), s, n, 0, Ch('/'));
-       }},
-      {"HexString", "", 35, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) { return T::HexString(~0u, d, 32, 1); }},
-      {"PointString", "", 25, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const PointRecord p{INT_MIN, INT_MIN};
-         return T::PointString(&p, d, Ch(',')), 0;
-       }},
-      {"RectString", "", 51, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const RectRecord r{INT_MIN, INT_MIN, INT_MIN, INT_MIN};
-         return T::RectString(&r, d, Ch(',')), 0;
-       }},
-      {"DateString", "", 18, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const DateRecord r{65535, 65535, 65535};
-         return T::DateString(&r, d, Ch('/'));
-       }},
-      {"TimeString", "", 18, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const TimeRecord r{65535, 65535, 65535};
-         return T::TimeString(&r, d);
-       }},
-      {"SystemTimeString", "", 42, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const SYSTEMTIME t = system_time(65535, 65535, 65535, 65535, 65535, 65535, 65535);
-         return T::SystemTimeString(&t, d, 1, Ch('/'), Ch(' '));
-       }},
-      {"QueryDayOfWeek", "", 32, kWidest, 0,
-       [](Ch* d, int32_t, const Ch*) {
-         const DateRecord r{2024, 1, 3};
-         Guarded<Ch> japanese(32);
-         return T::QueryDayOfWeek(&r, nullptr, d, japanese.get());
-       }},
+      SIZED("KZ_SJIS2UNICODE/KZ_UNICODE2SJIS", "", 4, 1, 5, convert(other.get(), d, n)),
+      SIZED("StringCopyEx", "abc", 4, kFits, 0,
+            n > 0 ? T::StringCopyEx(d, s, Ch(','), n - 1, 0) : 0),  // dst[0] is always written
+      SIZED("StringCopyExAfter", "a,bc", 3, 0, 0, T::StringCopyExAfter(d, s, Ch(','), n, 0)),
+      SIZED("StringTrimLeft", " abc ", 5, 0, 0, T::StringTrimLeft(d, s, n, Ch(' '))),
+      SIZED("StringTrimRight", " abc ", 5, 0, 0, T::StringTrimRight(d, s, n, Ch(' '))),
+      SIZED("StringTrim", " abc ", 5, 0, 0, T::StringTrim(d, s, n, Ch(' '))),
+      SIZED("StringZeroSuppress", "007", 2, 0, 0, T::StringZeroSuppress(d, s, n)),
+      SIZED("StringLengthCopy", "abcd", 4, 0, 0, T::StringLengthCopy(s, d, 3, n)),
+      SIZED("StringGetQuoted", "x[abc]", 4, 0, 0, T::StringGetQuoted(s, d, n, TX("["), TX("]"))),
+      SIZED("SetDoublequote", "ab", 5, 0, 0, (T::SetDoublequote(s, d, n), filled(d, n))),
+      SIZED("DelDoublequote", "\"ab\"", 5, 0, 0, (T::DelDoublequote(s, d, n), filled(d, n))),
+      SIZED("StringPassword", "a", 5, -1, -1, T::StringPassword(7, s, d, n, 1)),
+      SIZED("StringSetDelimiter", "1234", 6, -1, -1,
+            T::StringSetDelimiter(s, d, n - 1, Ch(','), 3)),
+      SIZED("CoinageStringInt", "", 6, -1, -1, T::CoinageStringInt(1234, d, n - 1)),
+      SIZED("CoinageStringDWord", "", 6, -1, -1, T::CoinageStringDWord(1234u, d, n - 1)),
+      SIZED("CoinageStringLongLong", "", 6, -1, -1, T::CoinageStringLongLong(1234ll, d, n - 1)),
+      SIZED("CoinageStringULongLong", "", 6, -1, -1, T::CoinageStringULongLong(1234ull, d, n - 1)),
+      SIZED("MonthToString", "", 4, 0, 0, T::MonthToString(3, d, n)),
+      SIZED("GetDriveName", "c:\\d", 2, -1, -1, T::GetDriveName(s, d, n)),
+      SIZED("GetDirectoryName", "c:\\d\\n", 7, -1, -1, T::GetDirectoryName(s, d, n)),
+      SIZED("GetFileName", "c:\\d\\n.e", 4, -1, -1, T::GetFileName(s, d, n)),
+      SIZED("GetFileExt", "d\\n.ext", 4, -1, -1, T::GetFileExt(s, d, n)),
+      SIZED("GetNotExtPath", "d\\n.e", 4, -1, -1, T::GetNotExtPath(s, d, n)),
+      SIZED("TextFileGets", "", 5, 1, 0, first_line(d, n)),
+      SIZED("JournalOut", "m", 24, 0, 0, T::JournalOut(TX("j"), s, n, 0, Ch('/'))),
+      SIZED("StatusGetString", "", 4, 1, 0, T::StatusGetString(status, d, n)),
+      SIZED("GetCommand", "d\\a.exe b", 10, 0, 0, T::GetCommand(s, d, n)),
+      SIZED("GetCommandDirectory", "d\\a.exe b", 10, 0, 0, T::GetCommandDirectory(s, d, n)),
+      SIZED("HexString", "", 35, kWidest, 0, T::HexString(~0u, d, 32, 1)),
+      SIZED("PointString", "", 25, kWidest, 0, (T::PointString(&least_point, d, Ch(',')), 0)),
+      SIZED("RectString", "", 51, kWidest, 0, (T::RectString(&least_rect, d, Ch(',')), 0)),
+      SIZED("DateString", "", 18, kWidest, 0, T::DateString(&widest_date, d, Ch('/'))),
+      SIZED("TimeString", "", 18, kWidest, 0, T::TimeString(&widest_time, d)),
+      SIZED("SystemTimeString", "", 42, kWidest, 0,
+            T::SystemTimeString(&widest_clock, d, 1, Ch('/'), Ch(' '))),
+      SIZED("QueryDayOfWeek", "", 32, kWidest, 0,
+            T::QueryDayOfWeek(&wednesday, nullptr, d, japanese.get())),
   };
   for (const SizeRow<Ch>& row : rows) {
     SCOPED_TRACE(row.name);
@@ -169,61 +132,74 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
 template <class Ch>
 struct LimitRow {
   const char* name;
-  const char* head;     // the text is head, then "a" up to its length
-  std::size_t extra;    // elements of the text that the limit does not count
-  std::int64_t within;  // result for a text of up to 259 elements
+  std::size_t limit;    // elements, terminator included
+  const char* head;     // the text, with zeros put in at its "*" (or its end)
+  int32_t extra;        // elements of the text that the limit does not count
+  std::int64_t within;  // result for a text of limit - 1 elements
   std::int64_t beyond;  // and for a longer one
   std::function<std::int64_t(const Ch* text)> call;
 };
 
+#define LIMITED(name, limit, head, extra, within, beyond, ...)   \
+  LimitRow<Ch> {                                                 \
+    name, limit, head, extra, within, beyond,                    \
+        [&](const Ch* s) -> std::int64_t { return __VA_ARGS__; } \
+  }
+
 KZ_TWIN_SUITE(GuardedLimits);
 
-TYPED_TEST(GuardedLimits, TextsBeyondTheFixedLimitFailWithoutTouchingAnythingOutside) {
+TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutside) {
   using Ch = TypeParam;
   using T = Twin<Ch>;
   constexpr bool narrow = sizeof(Ch) == 1;
-  const auto list = [](int32_t made, StrList& l) {
-    T::DeleteStrList(&l);
-    return made;
+  TempDir dir;
+  const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
+  const int32_t in_dir = -static_cast<int32_t>(dir.path().size() + 1);  // the path's folder part
+  const Guarded<Ch> drive(3), directory(260), name(260), extension(260), command(260);
+  StrList list{};
+  DateTimeRecord date_time;
+  const auto made = [&](int32_t result) { return T::DeleteStrList(&list), result; };
+  const auto created = [](StatusFileHandle* s) { return KZ_StatusEndFile(s, 0), s != nullptr; };
+  const auto command_of = [](const Ch* s) {
+    const auto size = std::char_traits<Ch>::length(s) + 1;
+    const Guarded<Ch> out(size);
+    return T::GetCommand(s, out.get(), static_cast<int32_t>(size));
+  };
+  // A variable holds at most 32,767 elements with its terminator.
+  const auto journal_under = [&](const Ch* root) {
+    const std::size_t length = std::min<std::size_t>(std::char_traits<Ch>::length(root), 32766);
+    const ScopedVariable long_root("KZ_JOURNAL_PATH", std::string(length, 'r').c_str());
+    return T::JournalOut(TX("j"), TX("m"), 64, 0, Ch('/'));
   };
   const std::vector<LimitRow<Ch>> rows = {
-      {"GetDriveNumber", "c:", 0, 3, -1, [](const Ch* s) { return T::GetDriveNumber(s); }},
-      {"SplitPath", "c:", 2, 1, 0,
-       [](const Ch* s) {
-         const Guarded<Ch> drive(3), directory(260), name(260), extension(260);
-         T::SplitPath(s, drive.get(), directory.get(), name.get(), extension.get());
-         return name.get()[0] != 0;
-       }},
-      {"SplitArg", "", 0, 1, 0,
-       [](const Ch* s) {
-         const Guarded<Ch> command(260), arguments(260);
-         T::SplitArg(s, command.get(), arguments.get());
-         return command.get()[0] != 0;
-       }},
-      {"CmdLineList", "", 0, 1, narrow ? 0 : 1,
-       [&](const Ch* s) {
-         StrList l{};
-         return list(T::CmdLineList(s, &l), l);
-       }},
-      {"GetCmdLineParam", "x ", 0, 1, narrow ? 0 : 1,
-       [&](const Ch* s) {
-         StrList l{};
-         return list(T::GetCmdLineParam(s, &l), l);
-       }},
-      {"GetCommand", "", 0, 1, narrow ? 0 : 1,
-       [](const Ch* s) {
-         const auto size = static_cast<int32_t>(std::char_traits<Ch>::length(s) + 1);
-         const Guarded<Ch> name(static_cast<std::size_t>(size));
-         return T::GetCommand(s, name.get(), size);
-       }},
+      LIMITED("GetDriveNumber", 260, "c:", 0, 3, -1, T::GetDriveNumber(s)),
+      LIMITED("SplitPath", 260, "c:", 2, 1, 0,
+              (T::SplitPath(s, drive.get(), directory.get(), name.get(), extension.get()),
+               name.get()[0] != 0)),
+      LIMITED("SplitArg", 260, "", 0, 1, 0,
+              (T::SplitArg(s, command.get(), name.get()), command.get()[0] != 0)),
+      LIMITED("CmdLineList", 260, "", 0, 1, !narrow, made(T::CmdLineList(s, &list))),
+      LIMITED("GetCmdLineParam", 260, "x ", 0, 1, !narrow, made(T::GetCmdLineParam(s, &list))),
+      LIMITED("GetCommand", 260, "", 0, 1, !narrow, command_of(s)),
+      LIMITED("JournalOut", 260, "", in_dir, 1, 0, T::JournalOut(s, TX("m"), 64, 0, Ch('/'))),
+      LIMITED("JournalOut root", 260, "", 0, 0, 0, journal_under(s)),
+      LIMITED("StatusCreateFile", 260, "", in_dir, 1, 0,
+              created(T::StatusCreateFile(s, dir.at<Ch>().c_str()))),
+      LIMITED("StringDateTime", 32, "2024/1/*2 1:2:3", 6, 1, 0,
+              T::StringDateTime(s, &date_time, Ch('/'), Ch(' '))),
+      LIMITED("CheckStringDate", 23, "2024-01-0*1", 0, 1, -1,
+              T::CheckStringDate(s, TX("2025-01-01"), TX("2024-06-01"), 1)),
   };
   for (const LimitRow<Ch>& row : rows) {
     SCOPED_TRACE(row.name);
-    for (const std::size_t length : {259, 260, 261, 32767}) {
+    for (const std::size_t length : {row.limit - 1, row.limit, row.limit + 1, std::size_t{32767}}) {
       std::string ascii = row.head;
-      ascii.resize(length + row.extra, 'a');
+      const std::size_t at = std::min(ascii.find('*'), ascii.size());
+      const std::size_t fixed = ascii.size() - (at < ascii.size() ? 1 : 0);
+      ascii.replace(at, at < ascii.size() ? 1 : 0,
+                    std::string(length + static_cast<std::size_t>(row.extra) - fixed, '0'));
       const Guarded<Ch> source(text<Ch>(ascii));
-      EXPECT_EQ(row.call(source.get()), length < 260 ? row.within : row.beyond) << length;
+      EXPECT_EQ(row.call(source.get()), length < row.limit ? row.within : row.beyond) << length;
     }
   }
 }

@@ -133,7 +133,7 @@ template <class Ch>
 struct LimitRow {
   const char* name;
   std::size_t limit;    // elements, terminator included
-  const char* head;     // the text, with zeros put in at its "*" (or its end)
+  const char* head;     // the text, with zeros put in at its "*"
   int32_t extra;        // elements of the text that the limit does not count
   std::int64_t within;  // result for a text of limit - 1 elements
   std::int64_t beyond;  // and for a longer one
@@ -172,18 +172,18 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
     return T::JournalOut(TX("j"), TX("m"), 64, 0, Ch('/'));
   };
   const std::vector<LimitRow<Ch>> rows = {
-      LIMITED("GetDriveNumber", 260, "c:", 0, 3, -1, T::GetDriveNumber(s)),
-      LIMITED("SplitPath", 260, "c:", 2, 1, 0,
+      LIMITED("GetDriveNumber", 260, "c:*", 0, 3, -1, T::GetDriveNumber(s)),
+      LIMITED("SplitPath", 260, "c:*", 2, 1, 0,
               (T::SplitPath(s, drive.get(), directory.get(), name.get(), extension.get()),
                name.get()[0] != 0)),
-      LIMITED("SplitArg", 260, "", 0, 1, 0,
+      LIMITED("SplitArg", 260, "*", 0, 1, 0,
               (T::SplitArg(s, command.get(), name.get()), command.get()[0] != 0)),
-      LIMITED("CmdLineList", 260, "", 0, 1, !narrow, made(T::CmdLineList(s, &list))),
-      LIMITED("GetCmdLineParam", 260, "x ", 0, 1, !narrow, made(T::GetCmdLineParam(s, &list))),
-      LIMITED("GetCommand", 260, "", 0, 1, !narrow, command_of(s)),
-      LIMITED("JournalOut", 260, "", in_dir, 1, 0, T::JournalOut(s, TX("m"), 64, 0, Ch('/'))),
-      LIMITED("JournalOut root", 260, "", 0, 0, 0, journal_under(s)),
-      LIMITED("StatusCreateFile", 260, "", in_dir, 1, 0,
+      LIMITED("CmdLineList", 260, "*", 0, 1, !narrow, made(T::CmdLineList(s, &list))),
+      LIMITED("GetCmdLineParam", 260, "x *", 0, 1, !narrow, made(T::GetCmdLineParam(s, &list))),
+      LIMITED("GetCommand", 260, "*", 0, 1, !narrow, command_of(s)),
+      LIMITED("JournalOut", 260, "*", in_dir, 1, 0, T::JournalOut(s, TX("m"), 64, 0, Ch('/'))),
+      LIMITED("JournalOut root", 260, "*", 0, 0, 0, journal_under(s)),
+      LIMITED("StatusCreateFile", 260, "*", in_dir, 1, 0,
               created(T::StatusCreateFile(s, dir.at<Ch>().c_str()))),
       LIMITED("StringDateTime", 32, "2024/1/*2 1:2:3", 6, 1, 0,
               T::StringDateTime(s, &date_time, Ch('/'), Ch(' '))),
@@ -194,10 +194,8 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
     SCOPED_TRACE(row.name);
     for (const std::size_t length : {row.limit - 1, row.limit, row.limit + 1, std::size_t{32767}}) {
       std::string ascii = row.head;
-      const std::size_t at = std::min(ascii.find('*'), ascii.size());
-      const std::size_t fixed = ascii.size() - (at < ascii.size() ? 1 : 0);
-      ascii.replace(at, at < ascii.size() ? 1 : 0,
-                    std::string(length + static_cast<std::size_t>(row.extra) - fixed, '0'));
+      const std::size_t zeros = length + static_cast<std::size_t>(row.extra) - (ascii.size() - 1);
+      ascii.replace(ascii.find('*'), 1, std::string(zeros, '0'));
       const Guarded<Ch> source(text<Ch>(ascii));
       EXPECT_EQ(row.call(source.get()), length < row.limit ? row.within : row.beyond) << length;
     }

@@ -97,7 +97,9 @@ std::int32_t string_file_time(const Ch* text, FILETIME* time, Ch delimiter, Ch s
     const Fields<Ch> clock(parts[1], static_cast<Ch>('.'));
     if (!clock) return 0;
     TimeRecord hms;
-    string_time(clock[0], &hms);
+    // An empty time reads as midnight; a time whose split ran out of memory
+    // must not.
+    if (!string_time(clock[0], &hms) && clock[0][0] != 0) return 0;
     fields.wYear = date.year;
     fields.wMonth = date.month;
     fields.wDay = date.day;

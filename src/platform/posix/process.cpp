@@ -13,6 +13,9 @@ namespace kz::os {
 namespace {
 
 using posix::kNativePathMax;
+// A value holds up to 32,767 units with its terminator, as on Windows; a
+// unit takes at most two bytes of code page 932 and three of UTF-8.
+constexpr std::size_t kValueMax = 32767;
 
 bool same_name(const char* name, const char* entry, std::size_t length) {
   for (std::size_t i = 0; i < length; ++i) {
@@ -71,10 +74,10 @@ bool utf8_name(const char* name, char (&out)[kNativePathMax]) {
 }
 
 // The value as wide text: its length, or 0 when there is none.
-DWORD wide_value(const char* utf8_name, WCHAR (&out)[kNativePathMax * 2]) {
+DWORD wide_value(const char* utf8_name, WCHAR (&out)[kValueMax]) {
   const char* value = lookup(utf8_name);
   if (value == nullptr) return 0;
-  const long n = posix::from_utf8(value, out, kNativePathMax * 2);
+  const long n = posix::from_utf8(value, out, kValueMax);
   return n < 0 ? 0 : static_cast<DWORD>(n);
 }
 
@@ -89,7 +92,7 @@ DWORD deliver(const Ch* text, DWORD length, Ch* buffer, DWORD size) {
 
 DWORD GetEnvironmentVariableW(const WCHAR* name, WCHAR* buffer, DWORD size) {
   char key[kNativePathMax];
-  WCHAR value[kNativePathMax * 2];
+  WCHAR value[kValueMax];
   if (!utf8_name(name, key)) return 0;
   const char* found = lookup(key);
   if (found == nullptr) return 0;
@@ -98,10 +101,10 @@ DWORD GetEnvironmentVariableW(const WCHAR* name, WCHAR* buffer, DWORD size) {
 
 DWORD GetEnvironmentVariableA(const char* name, char* buffer, DWORD size) {
   char key[kNativePathMax];
-  WCHAR value[kNativePathMax * 2];
+  WCHAR value[kValueMax];
   if (!utf8_name(name, key) || lookup(key) == nullptr) return 0;
   wide_value(key, value);
-  char narrow[kNativePathMax * 4];
+  char narrow[kValueMax * 2];
   const int written =
       WideCharToMultiByte(kAnsiCodePage, 0, value, -1, narrow, sizeof narrow, nullptr, nullptr);
   if (written <= 0) return 0;
@@ -113,19 +116,18 @@ BOOL SetEnvironmentVariableW(const WCHAR* name, const WCHAR* value) {
   if (!utf8_name(name, key) || key[0] == 0 || std::strchr(key, '=') != nullptr) return 0;
   remove_all(key);
   if (value == nullptr) return 1;
-  char text[kNativePathMax * 4];
+  char text[kValueMax * 3];
   return posix::to_utf8(value, text, sizeof text) >= 0 && setenv(key, text, 1) == 0;
 }
 
 BOOL SetEnvironmentVariableA(const char* name, const char* value) {
   WCHAR wide_name[kNativePathMax];
-  WCHAR wide_value[kNativePathMax * 2];
+  WCHAR wide_value[kValueMax];
   if (MultiByteToWideChar(kAnsiCodePage, 0, name, -1, wide_name, kNativePathMax) == 0) return 0;
   if (value == nullptr) return SetEnvironmentVariableW(wide_name, nullptr);
   if (value[0] == 0) {
     wide_value[0] = 0;
-  } else if (MultiByteToWideChar(kAnsiCodePage, 0, value, -1, wide_value, kNativePathMax * 2) ==
-             0) {
+  } else if (MultiByteToWideChar(kAnsiCodePage, 0, value, -1, wide_value, kValueMax) == 0) {
     return 0;
   }
   return SetEnvironmentVariableW(wide_name, wide_value);

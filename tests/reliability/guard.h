@@ -1,0 +1,55 @@
+// Buffers that end where a protected page begins, so that a call which
+// writes or reads one element past the end stops the test at once.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace kz::test {
+
+// Pages that hold at least `bytes` bytes and one protected page behind
+// them; `guard` is where the protected page begins. The platform's half
+// lives in guard_posix.cpp and guard_win32.cpp.
+struct GuardedPages {
+  void* base;
+  std::size_t size;
+  char* guard;
+};
+GuardedPages map_guarded(std::size_t bytes);
+void unmap_guarded(const GuardedPages& pages);
+
+// count elements right in front of the protected page, each the sentinel
+// 0x7B (or 0x7B7B); or a text whose terminator is the last element.
+template <class T>
+class Guarded {
+ public:
+  explicit Guarded(std::size_t count)
+      : pages_(map_guarded(count * sizeof(T))),
+        data_(reinterpret_cast<T*>(pages_.guard) - count),
+        count_(count) {
+    std::fill_n(reinterpret_cast<char*>(data_), count * sizeof(T), '\x7B');
+  }
+  explicit Guarded(const std::basic_string<T>& text) : Guarded(text.size() + 1) {
+    std::copy(text.c_str(), text.c_str() + text.size() + 1, data_);
+  }
+  ~Guarded() { unmap_guarded(pages_); }
+  Guarded(const Guarded&) = delete;
+  Guarded& operator=(const Guarded&) = delete;
+
+  T* get() const { return data_; }
+  // The text up to the terminator, or "(unterminated)" when the buffer
+  // holds none.
+  std::basic_string<T> text() const {
+    const T* end = std::find(data_, data_ + count_, T{0});
+    if (end == data_ + count_) return std::basic_string<T>(14, T('?'));
+    return std::basic_string<T>(data_, static_cast<std::size_t>(end - data_));
+  }
+
+ private:
+  GuardedPages pages_;
+  T* data_;
+  std::size_t count_;
+};
+
+}  // namespace kz::test

@@ -73,8 +73,7 @@ TYPED_TEST(CommandLineLists, HoldEveryElementAndTheCommandsNameAndDirectory) {
       {"\"C:\\My App\\app.exe\" -x", {"C:\\My App\\app.exe", "-x"}, "app.exe|C:\\My App|", kBoth},
       // Shift-JIS: "表" is 0x95 0x5C, whose trail byte is no separator.
       {"C:\\\x95\x5C\\a.exe x", {"C:\\\x95\x5C\\a.exe", "x"}, "a.exe|C:\\\x95\x5C|", kNarrow},
-      {"C:\\d\\\x95\x5C", {"C:\\d\\\x95\x5C"}, "\x95\x5C|C:\\d|", kNarrow},
-  };
+      {"C:\\d\\\x95\x5C", {"C:\\d\\\x95\x5C"}, "\x95\x5C|C:\\d|", kNarrow}};
   for (const auto& [line, list, command, only] : cases) {
     if (!runs<Ch>(only)) continue;
     std::vector<std::basic_string<Ch>> expected;
@@ -180,8 +179,7 @@ const std::vector<std::string> kChildArguments = {
     "quote\"in",  "\"quoted\"",
     "trailing\\", "a\\\\\"b",
     "",           "\\\\srv\\x\\",
-    "plain",      "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E \xEF\xBD\xB6",
-};
+    "plain",      "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E \xEF\xBD\xB6"};
 
 // Runs only in the child, which the next test starts: its own command line,
 // read through both twins, ends in the arguments it was given.

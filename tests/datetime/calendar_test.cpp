@@ -127,8 +127,7 @@ TEST(SystemTimeArithmetic, AddsAndSubtractsMillisecondsOrKeepsTheRecord) {
       {system_time(30827, 12, 31, 23, 59, 59, 999), 1, joined(30828, 1, 1, 6, 0, 0, 0, 0)},
       {system_time(1601, 1, 1, 0, 0, 0, 1), -1, joined(1601, 1, 1, 1, 0, 0, 0, 0)},
       {system_time(1601, 1, 1), -1, ""},
-      {system_time(2023, 2, 29), 0, ""},
-  };
+      {system_time(2023, 2, 29), 0, ""}};
   for (const auto& c : cases) {
     SYSTEMTIME t = c.before;
     t.wDayOfWeek = 5;

@@ -28,16 +28,14 @@ TEST(Conversion, ResultsAndSizesBothWays) {
   struct Case {
     const char *sjis, *utf8;
     int32_t size, to_wide, to_narrow;
-  } cases[] = {
-      {"", "", 6, -1, -1},
-      {"abc", "abc", 5, 5, 5},
-      {"abc", "abc", 4, 5, 5},
-      {"abc", "abc", 3, 1, 1},
-      {"abc", "abc", 0, 5, 5},
-      {"abc", "abc", -1, 1, 1},
-      {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 7, 5, 8},
-      {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 6, 5, 1},
-  };
+  } cases[] = {{"", "", 6, -1, -1},
+               {"abc", "abc", 5, 5, 5},
+               {"abc", "abc", 4, 5, 5},
+               {"abc", "abc", 3, 1, 1},
+               {"abc", "abc", 0, 5, 5},
+               {"abc", "abc", -1, 1, 1},
+               {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 7, 5, 8},
+               {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 6, 5, 1}};
   for (const auto& c : cases) {
     const auto wide_text = utf16(c.utf8);
     auto wide = sentinel_buffer<wchar>(8);

@@ -39,23 +39,21 @@ TYPED_TEST(Splitting, FieldsOfEachShapeOfText) {
     const char* entries;
     char delimiter = ',';
     Only only = kBoth;
-  } cases[] = {
-      {"abc", 1, "abc|"},
-      {"a,b,", 1, "a|b||"},
-      {",a", 1, "|a|"},
-      {"a,,b", 1, "a||b|"},
-      {"\"a\",\"b\",\"c\"", 1, "a|b|c|"},
-      {"\"a\",\"b\"", 0, "\"a\"|\"b\"|"},
-      {"\"x\",\"y;z\"", 1, "x|y;z|", 0},
-      {"\"", 1, "|"},
-      {"a,\"b\",c", 1, "a|b|,|"},
-      {"\"a\",b,c", 1, "a|b||"},
-      {"\"a\",,,,,,", 1, "a|||||||"},
-      {"\x95\\,\x83\\", 1, "\x95\\|\x83\\|", ',', kNarrow},
-      {"\x95\\x", 1, "\x95|x|", '\\', kNarrow},
-      {"a\x83\\b", 1, "a\x83|", '\x83', kNarrow},
-      {"ab,\x81", 1, "ab|\x81|", ',', kNarrow},
-  };
+  } cases[] = {{"abc", 1, "abc|"},
+               {"a,b,", 1, "a|b||"},
+               {",a", 1, "|a|"},
+               {"a,,b", 1, "a||b|"},
+               {"\"a\",\"b\",\"c\"", 1, "a|b|c|"},
+               {"\"a\",\"b\"", 0, "\"a\"|\"b\"|"},
+               {"\"x\",\"y;z\"", 1, "x|y;z|", 0},
+               {"\"", 1, "|"},
+               {"a,\"b\",c", 1, "a|b|,|"},
+               {"\"a\",b,c", 1, "a|b||"},
+               {"\"a\",,,,,,", 1, "a|||||||"},
+               {"\x95\\,\x83\\", 1, "\x95\\|\x83\\|", ',', kNarrow},
+               {"\x95\\x", 1, "\x95|x|", '\\', kNarrow},
+               {"a\x83\\b", 1, "a\x83|", '\x83', kNarrow},
+               {"ab,\x81", 1, "ab|\x81|", ',', kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     StrList list{-1, nullptr};

@@ -38,13 +38,18 @@ struct Twin;
   X(SplitArg) X(GetComnSelectFiles) X(GetComnSelectFileCount)
 // clang-format on
 
-#define KZ_TWIN(name, suffix)          \
-  template <class... Args>             \
-  static auto name(Args... args) {     \
-    return KZ_##name##suffix(args...); \
+// Each name is pasted straight into the export's, never expanded first:
+// the Windows headers define some of them (CreateDirectory) as macros.
+#define KZ_TWIN_A(name)            \
+  template <class... Args>         \
+  static auto name(Args... args) { \
+    return KZ_##name##A(args...);  \
   }
-#define KZ_TWIN_A(name) KZ_TWIN(name, A)
-#define KZ_TWIN_W(name) KZ_TWIN(name, W)
+#define KZ_TWIN_W(name)            \
+  template <class... Args>         \
+  static auto name(Args... args) { \
+    return KZ_##name##W(args...);  \
+  }
 
 template <>
 struct Twin<char> {
@@ -58,7 +63,6 @@ struct Twin<wchar> {
 
 #undef KZ_TWIN_W
 #undef KZ_TWIN_A
-#undef KZ_TWIN
 #undef KZ_TWIN_NAMES
 
 }  // namespace kz::test

@@ -107,21 +107,6 @@ TYPED_TEST(CommandLineLists, AnEmptyLineIsTheRunningProgram) {
   EXPECT_EQ(utf8(program.substr(last + 1)).rfind("kz_tests", 0), 0u);
 }
 
-// The narrow list is the wide list with each element in the narrow code page.
-TEST(CommandLineListNarrow, EqualsTheWideListConvertedElementByElement) {
-  for (const char* utf8_line :
-       {"prog \xE6\x97\xA5\xE6\x9C\xAC \"\xE8\xA1\xA8\\\" \xE3\x82\xBD\"",
-        "\"C:\\\xE6\x97\xA5\xE6\x9C\xAC\\\xE3\x82\xA2 x.exe\" \xEF\xBD\xB6\xEF\xBE\x85",
-        "prog a\xE3\x80\x80"
-        "b \"\xE3\x80\x80\"",
-        "\xE8\xA1\xA8 \xE8\xA1\xA8\\\\\"\xE8\xA1\xA8\""}) {
-    const wstring line = utf16(utf8_line);
-    std::vector<std::string> expected;
-    for (const wstring& element : elements(line)) expected.push_back(narrow(element));
-    EXPECT_EQ(elements(narrow(line)), expected) << utf8_line;
-  }
-}
-
 // The narrow line goes through a wide buffer of 260 elements and each
 // element back through 260 bytes: 259 of either fit, 260 give 0 and nothing
 // to release. A double-byte character takes one wide element but two bytes.

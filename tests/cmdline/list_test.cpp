@@ -15,7 +15,7 @@ KZ_TWIN_SUITE(CommandLineLists);
 
 // The list's strings as one vector; the list is released.
 template <class Ch>
-std::vector<std::basic_string<Ch>> take(StrList& list) {
+std::vector<std::basic_string<Ch>> strings_of(StrList& list) {
   std::vector<std::basic_string<Ch>> strings;
   for (int32_t i = 0; i < list.count; ++i) strings.emplace_back(static_cast<Ch*>(list.strings[i]));
   Twin<Ch>::DeleteStrList(&list);
@@ -41,7 +41,7 @@ std::vector<std::basic_string<Ch>> elements(const std::basic_string<Ch>& line) {
   EXPECT_EQ(Twin<Ch>::CmdLineList(line.c_str(), &list), 1);
   EXPECT_EQ(Twin<Ch>::GetCmdLineParam(line.c_str(), &parameters), 1);
   EXPECT_TRUE(list.count != 1 || parameters.strings == nullptr);
-  auto all = take<Ch>(list), rest = take<Ch>(parameters);
+  auto all = strings_of<Ch>(list), rest = strings_of<Ch>(parameters);
   rest.insert(rest.begin(), all.empty() ? std::basic_string<Ch>() : all[0]);
   EXPECT_EQ(rest, all);
   return all;
@@ -141,12 +141,12 @@ TYPED_TEST(CommandLineLists, GiveZeroAndHoldNothingWhenAnyAllocationFails) {
   for_each_allocation_failure([&] {
     StrList list = kUntouched;
     if (Twin<Ch>::CmdLineList(line.c_str(), &list) == 1)
-      EXPECT_EQ(take<Ch>(list).size(), 4u);
+      EXPECT_EQ(strings_of<Ch>(list).size(), 4u);
     else
       EXPECT_TRUE(holds_nothing(list));
     list = kUntouched;
     if (Twin<Ch>::GetCmdLineParam(line.c_str(), &list) == 1)
-      EXPECT_EQ(take<Ch>(list).size(), 3u);
+      EXPECT_EQ(strings_of<Ch>(list).size(), 3u);
     else
       EXPECT_EQ(list.strings, nullptr);
     const auto got = parts(line, 100);
@@ -174,8 +174,8 @@ TEST(CommandLineChild, DISABLED_GetsItsArgumentsBack) {
   ASSERT_EQ(KZ_GetCmdLineA(&narrow_list), 1);
   // The narrow line must fit 259 wide elements: the arguments are kept short.
   EXPECT_LT(std::char_traits<wchar>::length(kz::os::GetCommandLineW()), 260u);
-  const auto wide_elements = take<wchar>(wide_list);
-  const auto narrow_elements = take<char>(narrow_list);
+  const auto wide_elements = strings_of<wchar>(wide_list);
+  const auto narrow_elements = strings_of<char>(narrow_list);
   ASSERT_EQ(wide_elements.size(), kChildArguments.size() + 3);
   ASSERT_EQ(narrow_elements.size(), kChildArguments.size() + 3);
   EXPECT_EQ(wide_elements[0], module_path());

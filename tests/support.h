@@ -136,6 +136,18 @@ void expect_whole_or(const std::string& failed, Call call) {
   });
 }
 
+// The strings of a list in one text, each closed by '|'; the list is then
+// released, which must leave it empty.
+template <class Ch>
+std::basic_string<Ch> take(StrList& list) {
+  std::basic_string<Ch> entries;
+  for (int32_t i = 0; i < list.count; ++i)
+    entries += static_cast<const Ch*>(list.strings[i]) + std::basic_string<Ch>(1, Ch('|'));
+  Twin<Ch>::DeleteStrList(&list);
+  EXPECT_EQ(joined(list.count, list.strings != nullptr), joined(0, 0));
+  return entries;
+}
+
 // Rows of a table that hold for one twin only: double-byte characters are
 // the narrow twin's alone, and some size rules differ by twin.
 enum Only { kBoth, kNarrow, kWide };

@@ -18,16 +18,6 @@ std::basic_string<Ch> selection(const std::vector<std::string>& parts) {
   return out + Ch(0);
 }
 
-// The stored paths, each behind a "|"; the list is released.
-template <class Ch>
-std::basic_string<Ch> joined(StrList& list) {
-  std::basic_string<Ch> out;
-  for (int32_t i = 0; i < list.count; ++i)
-    out += Ch('|') + std::basic_string<Ch>(static_cast<const Ch*>(list.strings[i]));
-  Twin<Ch>::DeleteStrList(&list);
-  return out;
-}
-
 // size is compared with the position where a name begins ("C:\d" NUL
 // "a.txt" NUL "b.txt" has a.txt at 5 and b.txt at 11). The count looks at
 // positions 0 to 259 only, and the walk never stores more names than it
@@ -37,17 +27,17 @@ TYPED_TEST(Selections, NameTheFilesOfBothFormsWithinSizeAndTheCountRange) {
   using Ch = TypeParam;
   const std::string d250(250, 'd');
   const std::tuple<std::vector<std::string>, int32_t, int32_t, std::string> cases[] = {
-      {{"C:\\d\\a.txt"}, 1000, 1, "|C:\\d\\a.txt"},
-      {{"C:\\d", "a.txt"}, 1000, 1, "|C:\\d"},            // a count of 1 is the single form
-      {{"C:\\", "a", "b"}, 1000, 2, "|C:\\\\a|C:\\\\b"},  // one backslash at the join
+      {{"C:\\d\\a.txt"}, 1000, 1, "C:\\d\\a.txt|"},
+      {{"C:\\d", "a.txt"}, 1000, 1, "C:\\d|"},            // a count of 1 is the single form
+      {{"C:\\", "a", "b"}, 1000, 2, "C:\\\\a|C:\\\\b|"},  // one backslash at the join
       {{"C:\\d", "a.txt", "b.txt"}, 5, 2, ""},
-      {{"C:\\d", "a.txt", "b.txt"}, 6, 2, "|C:\\d\\a.txt"},
-      {{"C:\\d", "a.txt", "b.txt"}, 11, 2, "|C:\\d\\a.txt"},
-      {{"C:\\d", "a.txt", "b.txt"}, 12, 2, "|C:\\d\\a.txt|C:\\d\\b.txt"},
+      {{"C:\\d", "a.txt", "b.txt"}, 6, 2, "C:\\d\\a.txt|"},
+      {{"C:\\d", "a.txt", "b.txt"}, 11, 2, "C:\\d\\a.txt|"},
+      {{"C:\\d", "a.txt", "b.txt"}, 12, 2, "C:\\d\\a.txt|C:\\d\\b.txt|"},
       {{std::string(259, 'd'), "a", "b"}, 1000, 0, ""},  // no name ends inside the range
-      {{d250, "abc", "efgh", "x", "y"}, 1000, 2, "|" + d250 + "\\abc|" + d250 + "\\efgh"},
-      {{d250, "abc", "efghi"}, 1000, 1, "|" + d250},                    // efghi ends at 260
-      {{std::string(260, 'p')}, 1000, 1, "|" + std::string(260, 'p')},  // no terminator in range
+      {{d250, "abc", "efgh", "x", "y"}, 1000, 2, d250 + "\\abc|" + d250 + "\\efgh|"},
+      {{d250, "abc", "efghi"}, 1000, 1, d250 + "|"},                    // efghi ends at 260
+      {{std::string(260, 'p')}, 1000, 1, std::string(260, 'p') + "|"},  // no terminator in range
   };
   for (const auto& [parts, size, count, paths] : cases) {
     const auto buffer = selection<Ch>(parts);
@@ -56,7 +46,7 @@ TYPED_TEST(Selections, NameTheFilesOfBothFormsWithinSizeAndTheCountRange) {
     const int32_t taken = Twin<Ch>::GetComnSelectFiles(buffer.c_str(), size, &list);
     EXPECT_EQ(taken, list.count);
     EXPECT_TRUE(count == 0 || list.strings != nullptr);
-    EXPECT_EQ(joined<Ch>(list), text<Ch>(paths)) << paths.size() << " " << size;
+    EXPECT_EQ(take<Ch>(list), text<Ch>(paths)) << paths.size() << " " << size;
   }
   // A null or empty selection: -1, and the list as it was.
   const Ch empty[] = {0, 0};

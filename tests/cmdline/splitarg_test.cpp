@@ -40,8 +40,7 @@ TYPED_TEST(ArgumentSplit, CutsTheCommandByItsQuotesOrTheFirstBlank) {
       {"prog \"a\" b", "rog |\" b", kBoth},
       // Shift-JIS: "表" is 0x95 0x5C; neither byte is a blank or a quote.
       {"\x95\x5C \x95\x5C", "\x95\x5C|\x95\x5C", kNarrow},
-      {"\"\x95\x5C \x95\x5C\" a", "\x95\x5C \x95\x5C|a", kNarrow},
-  };
+      {"\"\x95\x5C \x95\x5C\" a", "\x95\x5C \x95\x5C|a", kNarrow}};
   for (const auto& [line, parts, only] : cases) {
     if (!runs<Ch>(only)) continue;
     EXPECT_EQ(split(text<Ch>(line)), text<Ch>(parts)) << line;

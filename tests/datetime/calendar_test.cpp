@@ -67,14 +67,10 @@ TYPED_TEST(CalendarNames, NamesEveryDayOfAWeek) {
       name[0] = kanji[day_of_week];
     EXPECT_TRUE(holds(japanese, name, 0, sizeof(Ch) == 1 ? 3 : 2)) << day_of_week;
   }
-  // The date is checked by the platform's calendar alone: 1601 lies below
-  // the lowest year of KZ_QueryDays, 2100 has no 29th of February there.
-  // What the platform refuses gives 0 and writes nothing.
-  for (const auto& [date, expected] : {std::pair(DateRecord{1601, 1, 1}, 1),
-                                       {{2100, 2, 29}, 99},
-                                       {{1600, 12, 31}, 99},
-                                       {{2024, 13, 1}, 99},
-                                       {{30828, 1, 1}, 99}}) {
+  // The date is checked by the platform's calendar alone (whose bounds its
+  // own tests hold): 1601 lies below the lowest year of KZ_QueryDays, 2100
+  // has no 29th of February there. A refused date gives 0 and writes nothing.
+  for (const auto& [date, expected] : {std::pair(DateRecord{1601, 1, 1}, 1), {{2100, 2, 29}, 99}}) {
     uint16_t day_of_week = 99;
     auto english = sentinel_buffer<Ch>(32), japanese = sentinel_buffer<Ch>(32);
     EXPECT_EQ(Twin<Ch>::QueryDayOfWeek(&date, &day_of_week, english.data(), japanese.data()) != 0,
@@ -127,8 +123,7 @@ TEST(SystemTimeArithmetic, AddsAndSubtractsMillisecondsOrKeepsTheRecord) {
       {system_time(30827, 12, 31, 23, 59, 59, 999), 1, joined(30828, 1, 1, 6, 0, 0, 0, 0)},
       {system_time(1601, 1, 1, 0, 0, 0, 1), -1, joined(1601, 1, 1, 1, 0, 0, 0, 0)},
       {system_time(1601, 1, 1), -1, ""},
-      {system_time(2023, 2, 29), 0, ""},
-  };
+      {system_time(2023, 2, 29), 0, ""}};
   for (const auto& c : cases) {
     SYSTEMTIME t = c.before;
     t.wDayOfWeek = 5;

@@ -24,15 +24,13 @@ TYPED_TEST(TextToDate, ReadsDateAndTimeFieldsTolerantly) {
     char delimiter;  // 0: read as a time
     int32_t result;
     std::string expected;
-  } cases[] = {
-      {"2024", '-', 1, joined(2024, 0, 0)},
-      {"2024-13-45-99", '-', 1, joined(2024, 13, 45)},
-      {" 2024- +1-x", '-', 1, joined(2024, 1, 0)},
-      {"-1/70000/0", '/', 1, joined(65535, 4464, 0)},
-      {"\"2024\"-\"01\"-\"02\"", '-', 1, joined(2024, 1, 2)},
-      {"", '-', 0, joined(0, 0, 0)},
-      {"12:34:56.789", 0, 1, joined(12, 34, 56)},
-  };
+  } cases[] = {{"2024", '-', 1, joined(2024, 0, 0)},
+               {"2024-13-45-99", '-', 1, joined(2024, 13, 45)},
+               {" 2024- +1-x", '-', 1, joined(2024, 1, 0)},
+               {"-1/70000/0", '/', 1, joined(65535, 4464, 0)},
+               {"\"2024\"-\"01\"-\"02\"", '-', 1, joined(2024, 1, 2)},
+               {"", '-', 0, joined(0, 0, 0)},
+               {"12:34:56.789", 0, 1, joined(12, 34, 56)}};
   for (const auto& c : cases) {
     const auto input = text<Ch>(c.input);
     DateRecord date{7, 7, 7};
@@ -54,14 +52,12 @@ TYPED_TEST(TextToDate, DateTimeHoldsAllSixValuesOrAllZeros) {
   const std::string long_part(32, '1'), fits(31, '0'), zeros = joined(0, 0, 0, 0, 0, 0);
   const struct {
     std::string input, expected;  // expected empty: refused
-  } cases[] = {
-      {"2024-01-02T03", joined(2024, 1, 2, 3, 0, 0)},
-      {fits + "T" + fits, zeros},
-      {"2024-01-02", ""},
-      {"T03:04:05", ""},
-      {long_part + "T03:04:05", ""},
-      {"2024-01-02T" + long_part, ""},
-  };
+  } cases[] = {{"2024-01-02T03", joined(2024, 1, 2, 3, 0, 0)},
+               {fits + "T" + fits, zeros},
+               {"2024-01-02", ""},
+               {"T03:04:05", ""},
+               {long_part + "T03:04:05", ""},
+               {"2024-01-02T" + long_part, ""}};
   for (const auto& c : cases) {
     DateTimeRecord record{7, 7, 7, 7, 7, 7};
     EXPECT_EQ(Twin<Ch>::StringDateTime(text<Ch>(c.input).c_str(), &record, Ch('-'), Ch('T')),
@@ -95,8 +91,7 @@ TYPED_TEST(TextToDate, FileTimeReadsMillisecondsAsAWholeNumber) {
       {"2024-01-02", kRefused},
       {"2024-01-02T12:00:00.1000", kRefused},
       {"2024-02-30T12:00:00", kRefused},
-      {"2024-01-02T24:00:00", kRefused},
-  };
+      {"2024-01-02T24:00:00", kRefused}};
   ASSERT_NE(base, kRefused);
   for (const auto& [input, expected] : cases) EXPECT_EQ(read(input), expected) << input;
 }

@@ -57,23 +57,21 @@ TYPED_TEST(RangeText, DateTextsGiveTheSameAnswerUnderBothCompares) {
     std::string start, end, target;
     int32_t expected;
     Only only = kBoth;
-  } cases[] = {
-      {"2024-01-01", "2024-01-31", "2024-01-01", 1},
-      {"2024-01-01", "2024-01-31", "2024-01-31", 1},
-      {"2024-01-01", "2024-01-31", "2024-02-01", 0},
-      {"2024-01-31", "2024-01-01", "2024-01-15", 0},
-      {"2024-01-02T13:00:00", "2024-01-31", "2024-01-02", 0},
-      {"2024-01-02T11:59:59", "2024-01-31", "2024-01-02", 1},
-      {"", "2024-01-31", "2024-01-15", -1},
-      {"2024-01-01", "2024-13-01", "2024-01-15", -1},
-      {"2024-01-01", "2024-01-31", "2024-02-30", -1},
-      {longest, "2024-01-31", "2024-01-15", 1},
-      {longest + "0", "2024-01-31", "2024-01-15", -1},
-      {"2024-01-01", longest + "0", "2024-01-15", -1},
-      {"2024-01-01", "2024-01-31", longest + "0", -1},
-      {"2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA", "2024-01-31", "2024-01-15", 1,
-       kNarrow},
-  };
+  } cases[] = {{"2024-01-01", "2024-01-31", "2024-01-01", 1},
+               {"2024-01-01", "2024-01-31", "2024-01-31", 1},
+               {"2024-01-01", "2024-01-31", "2024-02-01", 0},
+               {"2024-01-31", "2024-01-01", "2024-01-15", 0},
+               {"2024-01-02T13:00:00", "2024-01-31", "2024-01-02", 0},
+               {"2024-01-02T11:59:59", "2024-01-31", "2024-01-02", 1},
+               {"", "2024-01-31", "2024-01-15", -1},
+               {"2024-01-01", "2024-13-01", "2024-01-15", -1},
+               {"2024-01-01", "2024-01-31", "2024-02-30", -1},
+               {longest, "2024-01-31", "2024-01-15", 1},
+               {longest + "0", "2024-01-31", "2024-01-15", -1},
+               {"2024-01-01", longest + "0", "2024-01-15", -1},
+               {"2024-01-01", "2024-01-31", longest + "0", -1},
+               {"2024-01-01-\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA\x93\xFA", "2024-01-31",
+                "2024-01-15", 1, kNarrow}};
   for (const auto& c : cases)
     for (int32_t inclusive : {1, 0, -7})
       if (runs<Ch>(c.only)) {
@@ -91,16 +89,14 @@ TYPED_TEST(RangeText, DateTimeTextsAreStrictOrInclusiveByTheFlag) {
   const struct {
     std::basic_string<Ch> start, end, target;
     int32_t inclusive_result, strict_result;
-  } cases[] = {
-      {start, end, start, 1, 0},
-      {start, end, text<Ch>("2024-01-02T03:04:05.001"), 1, 1},
-      {start, end, end, 1, 0},
-      {start, end, text<Ch>("2024-01-02T03:04:07.501"), 0, 0},
-      {start, end, text<Ch>("2024-01-02T03:04:04.999"), 0, 0},
-      {start, end, text<Ch>("2024-01-02"), -1, -1},
-      {bad, end, start, -1, -1},
-      {start, bad, start, -1, -1},
-  };
+  } cases[] = {{start, end, start, 1, 0},
+               {start, end, text<Ch>("2024-01-02T03:04:05.001"), 1, 1},
+               {start, end, end, 1, 0},
+               {start, end, text<Ch>("2024-01-02T03:04:07.501"), 0, 0},
+               {start, end, text<Ch>("2024-01-02T03:04:04.999"), 0, 0},
+               {start, end, text<Ch>("2024-01-02"), -1, -1},
+               {bad, end, start, -1, -1},
+               {start, bad, start, -1, -1}};
   for (const auto& c : cases)
     for (const int32_t inclusive : {1, 0})
       EXPECT_EQ(Twin<Ch>::CheckStringDateTime(c.start.c_str(), c.end.c_str(), c.target.c_str(),
@@ -135,8 +131,7 @@ TEST(RangeText, NarrowFormsGiveMinusOneWhenAWideBlockFails) {
       {3, [] { return KZ_CheckStringDateA("2024-01-01", "2024-01-31", "2024-01-15", 1); }},
       {3, [] { return KZ_CheckStringDateTimeA(kFrom, kTo, kTo, 1); }},
       {2, [] { return KZ_CheckStringCurrentDateA("1700-01-01", "30000-12-31", 1); }},
-      {2, [] { return KZ_CheckStringCurrentDateTimeA(kFrom, kTo, 1); }},
-  };
+      {2, [] { return KZ_CheckStringCurrentDateTimeA(kFrom, kTo, 1); }}};
   for (const auto& [blocks, check] : forms) {
     for (long nth = 1; nth <= blocks; ++nth) {
       kz::alloc_faults::arm(nth, false);

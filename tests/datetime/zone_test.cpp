@@ -138,20 +138,6 @@ TYPED_TEST(ZoneText, FileTimeTextIsLocalTime) {
   EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9) - offset_in_force());
 }
 
-// From 00:00:00.000 to 23:59:59.000 of the local day, also far from UTC.
-TYPED_TEST(ZoneText, TodayIsInsideTodayInTheTextForms) {
-  using Ch = TypeParam;
-  SYSTEMTIME now;
-  os::GetLocalTime(&now);
-  if (now.wHour == 23 && now.wMinute == 59 && now.wSecond == 59)
-    GTEST_SKIP() << "the last second of the day lies outside by design";
-  const DateRecord date{now.wYear, now.wMonth, now.wDay};
-  Ch day[16];
-  Twin<Ch>::DateString(&date, day, Ch('-'));
-  EXPECT_EQ(Twin<Ch>::CheckStringCurrentDate(day, day, 1), 1);
-  EXPECT_EQ(KZ_CheckCurrentDate(&date, &date), 1);
-}
-
 // Puts TZ back as it was, set or not ("TZ" alone removes it), at the end.
 struct SavedTz {
   std::string setting = std::getenv("TZ") ? std::string("TZ=") + std::getenv("TZ") : "TZ";

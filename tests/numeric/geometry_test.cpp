@@ -36,19 +36,17 @@ TYPED_TEST(Geometry, ReadersCountTheFieldsAfterDroppingBlanks) {
     std::string expected;
     char delimiter = ',';
     Only only = kBoth;
-  } cases[] = {
-      {"1 0 , 2 0", 2, joined(1, 10, 20, kU, kU)},
-      {"a, b", 2, joined(1, 0, 0, kU, kU)},
-      {"10,", 2, joined(1, 10, 0, kU, kU)},
-      {"\"10\",\"20\"", 2, joined(1, 10, 20, kU, kU)},
-      {"10", 2, joined(0, kU, kU, kU, kU)},
-      {"10, 20, 30", 2, joined(0, kU, kU, kU, kU)},
-      {"   ", 2, joined(0, kU, kU, kU, kU)},
-      {"10 20", 2, joined(0, kU, kU, kU, kU), ' '},
-      {"1\x95\\2", 2, joined(1, 1, 2, kU, kU), '\\', kNarrow},
-      {"1, 2, 3, 4, 5", 4, joined(1, 1, 2, 3, 4)},
-      {"1, 2, 3", 4, joined(0, kU, kU, kU, kU)},
-  };
+  } cases[] = {{"1 0 , 2 0", 2, joined(1, 10, 20, kU, kU)},
+               {"a, b", 2, joined(1, 0, 0, kU, kU)},
+               {"10,", 2, joined(1, 10, 0, kU, kU)},
+               {"\"10\",\"20\"", 2, joined(1, 10, 20, kU, kU)},
+               {"10", 2, joined(0, kU, kU, kU, kU)},
+               {"10, 20, 30", 2, joined(0, kU, kU, kU, kU)},
+               {"   ", 2, joined(0, kU, kU, kU, kU)},
+               {"10 20", 2, joined(0, kU, kU, kU, kU), ' '},
+               {"1\x95\\2", 2, joined(1, 1, 2, kU, kU), '\\', kNarrow},
+               {"1, 2, 3, 4, 5", 4, joined(1, 1, 2, 3, 4)},
+               {"1, 2, 3", 4, joined(0, kU, kU, kU, kU)}};
   for (const auto& c : cases) {
     if (runs<Ch>(c.only)) {
       EXPECT_EQ(read(text<Ch>(c.text).c_str(), c.fields, Ch(c.delimiter)), c.expected) << c.text;

@@ -29,16 +29,14 @@ TYPED_TEST(Grouping, SizesAroundTheBound) {
     const char *source, *grouped;  // grouped null: refused
     int32_t group;
     Only only = Only::kBoth;
-  } cases[] = {
-      {"1234567", "1,234,567", 3},
-      {"123456", "123,456", 3},
-      {"12345", "1,23,45", 2},
-      {"123", "1,2,3", 1},
-      {"", "", 3},
-      {"123", nullptr, 0},
-      {"-123456", "-,123,456", 3, Only::kWide},
-      {"-123456", nullptr, 3, Only::kNarrow},
-  };
+  } cases[] = {{"1234567", "1,234,567", 3},
+               {"123456", "123,456", 3},
+               {"12345", "1,23,45", 2},
+               {"123", "1,2,3", 1},
+               {"", "", 3},
+               {"123", nullptr, 0},
+               {"-123456", "-,123,456", 3, Only::kWide},
+               {"-123456", nullptr, 3, Only::kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     const auto grouped = text<Ch>(c.grouped ? c.grouped : "");

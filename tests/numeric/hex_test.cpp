@@ -46,25 +46,17 @@ TYPED_TEST(Hex, EveryWrittenTextReadsBack) {
   }
 }
 
-// What no writer makes: one mark at most goes, a lone "h" stays, signs,
-// blanks and the lower limit; the wide parse skips an ideographic space and
-// reads full-width digits.
+// What no writer makes: one mark at most goes, a lone "h" stays, signs and
+// the lower limit (blanks are the parse's own, held in its tests); the wide
+// parse skips an ideographic space and reads full-width digits.
 TYPED_TEST(Hex, ReadsOddTextAndTellsWhetherAllWasANumber) {
   using Ch = TypeParam;
   const struct {
     const char* text;
     int32_t value, valid;
-  } cases[] = {{"h", 0, 0},
-               {"0h", 0, 1},
-               {"x", 0, 1},
-               {"0x", 0, 0},
-               {"0x1Fh", 31, 0},
-               {"x0x1F", 31, 1},
-               {"-0x1F", -31, 1},
-               {"$-1F", -31, 1},
-               {" 1F", 31, 1},
-               {"1F ", 31, 0},
-               {"-80000001", INT32_MIN, 1}};
+  } cases[] = {{"h", 0, 0},       {"0h", 0, 1},     {"x", 0, 1},
+               {"0x", 0, 0},      {"0x1Fh", 31, 0}, {"x0x1F", 31, 1},
+               {"-0x1F", -31, 1}, {"$-1F", -31, 1}, {"-80000001", INT32_MIN, 1}};
   int32_t valid = -5;
   for (const auto& c : cases) {
     const int32_t value = Twin<Ch>::StringHex(text<Ch>(c.text).c_str(), &valid);

@@ -131,8 +131,7 @@ TYPED_TEST(Dissection, SplitPathOddShapesAndTheLimitOfEachPiece) {
       {text<Ch>("C:\\") + String<Ch>(260, 'x') + text<Ch>("\\n.e"), "|||"},
       {text<Ch>("C:\\") + String<Ch>(260, 'x') + text<Ch>(".e"), "|||"},
       {text<Ch>("C:\\n.") + String<Ch>(260, 'x'), "|||"},
-      {String<Ch>(), "|||"},
-  };
+      {String<Ch>(), "|||"}};
   for (const auto& [path, expected] : cases) {
     const auto p = pieces(path.c_str());
     EXPECT_EQ(p[0] + Ch('|') + p[1] + Ch('|') + p[2] + Ch('|') + p[3], text<Ch>(expected));

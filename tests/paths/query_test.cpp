@@ -51,8 +51,7 @@ TYPED_TEST(FileQueries, CreateDirectoryMakesEveryLevel) {
       {"a\\b\\c", "a\\b\\c", 1}, {"a\\b\\c", "a\\b\\c", 0},  // there already
       {"d\\e\\", "d\\e", 1},                                 // one trailing backslash goes
       {"f\\g\\\\", "f\\g", 0},  // of two, the walk made the level the last call finds
-      {long_name + "x", "", 0},  {long_name, long_name, 1},
-  };
+      {long_name + "x", "", 0},  {long_name, long_name, 1}};
   for (const auto& [path, made, result] : cases) {
     EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(path).c_str()), result) << path;
     EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(made))));

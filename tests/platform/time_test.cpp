@@ -92,32 +92,4 @@ TEST(PlatformTime, AgreesWithTheRecordedWindowsVectors) {
   EXPECT_GT(lines[1], 400);
 }
 
-// Every day of four centuries, through the conversion and back: the count
-// goes up by one day at a time, the day of week turns with it, and 146097
-// days are exactly 400 years.
-TEST(PlatformTime, WalksEveryDayOfFourCenturies) {
-  const SYSTEMTIME start = system_time(1999, 3, 1);
-  FILETIME first;
-  ASSERT_NE(os::SystemTimeToFileTime(&start, &first), 0);
-  std::int64_t count = ticks(first);
-  SYSTEMTIME previous;
-  ASSERT_NE(os::FileTimeToSystemTime(&first, &previous), 0);
-  for (int i = 0; i < 146'097; ++i) {
-    const FILETIME next = moment(count += 864'000'000'000);
-    SYSTEMTIME t;
-    ASSERT_NE(os::FileTimeToSystemTime(&next, &t), 0);
-    ASSERT_EQ(t.wDayOfWeek, (previous.wDayOfWeek + 1) % 7);
-    const bool next_day = t.wDay == previous.wDay + 1 && t.wMonth == previous.wMonth;
-    const bool next_month = t.wDay == 1 && (t.wMonth == previous.wMonth % 12 + 1) &&
-                            t.wYear == previous.wYear + (t.wMonth == 1);
-    ASSERT_TRUE(next_day || next_month) << t.wYear << "-" << t.wMonth;
-    FILETIME again;
-    ASSERT_NE(os::SystemTimeToFileTime(&t, &again), 0);
-    ASSERT_EQ(ticks(again), count);
-    previous = t;
-  }
-  EXPECT_EQ(std::vector<int>({previous.wYear, previous.wMonth, previous.wDay}),
-            std::vector<int>({2399, 3, 1}));
-}
-
 }  // namespace

@@ -27,8 +27,7 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
       {"readx", "ready", kTimedOut, kTimedOut},
       {std::string("ready\0x", 7), "ready", kMatch, kMatch},
       {std::string("a\0c\0", 4), std::string("a\0c\0", 4), kMatch, kMatch},
-      {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch, kMatch},
-  };
+      {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch, kMatch}};
   TempDir dir;
   HeldStatus status(open_status<Ch>(dir, "text"));
   ASSERT_NE(status, nullptr);

@@ -22,17 +22,15 @@ TYPED_TEST(Extracting, LengthCopyNeedsCountBelowSize) {
     int32_t count, size, result;
     std::string expected;  // "~": dst untouched
     Only only = kBoth;
-  } cases[] = {
-      {"abc", 3, 4, 3, "abc"},
-      {"abc", 2, 5, 2, "ab"},
-      {"abc", 3, 3, 0, "~"},
-      {"abc", 0, 4, 0, "~"},
-      {"ab", -1, 5, 0, "", kWide},
-      {"ab", -1, 6, 0, "~", kNarrow},
-      {"ab", 4, 6, 4, "ab", kNarrow},
-      {"\x93\xFA\x96\x7B\x8C\xEA", 2, 7, 2, "\x93\xFA\x96\x7B", kNarrow},
-      {std::string("a\0bc", 5), 4, 5, 4, std::string("a\0bc", 4), kWide},
-  };
+  } cases[] = {{"abc", 3, 4, 3, "abc"},
+               {"abc", 2, 5, 2, "ab"},
+               {"abc", 3, 3, 0, "~"},
+               {"abc", 0, 4, 0, "~"},
+               {"ab", -1, 5, 0, "", kWide},
+               {"ab", -1, 6, 0, "~", kNarrow},
+               {"ab", 4, 6, 4, "ab", kNarrow},
+               {"\x93\xFA\x96\x7B\x8C\xEA", 2, 7, 2, "\x93\xFA\x96\x7B", kNarrow},
+               {std::string("a\0bc", 5), 4, 5, 4, std::string("a\0bc", 4), kWide}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto dst = sentinel_buffer<Ch>(8);
@@ -64,22 +62,20 @@ TYPED_TEST(Extracting, GetQuotedTakesWhatStandsBetweenTheMarkers) {
     const char* expected;  // null: out untouched
     int32_t result = -1;   // -1: the length of expected
     Only only = kBoth;
-  } cases[] = {
-      {"((a))", "(", ")", 8, "(a"},
-      {"a()c", "(", ")", 8, ""},
-      {"a(bc", "(", ")", 8, ""},
-      {"abc)", "(", ")", 8, ""},
-      {"a(b)", "", ")", 8, ""},
-      {"a<<b)c", "<<", ")", 8, ""},
-      {"a<<b>>c", "<<", ">>", 8, "<b"},
-      {"(abc)", "(", ")", 4, "abc", -1, kWide},
-      {"(abc)", "(", ")", 3, "", -1, kWide},
-      {"\xA2\x93\xFA\x96\x7B\xA3", "\xA2", "\xA3", 8, "\x93\xFA\x96\x7B", 2, kNarrow},
-      {"(\x95\\)\\", "(", "\\", 8, "\x95\\)", 2, kNarrow},
-      {"(a)", "(", ")", 0, nullptr, 0},
-      {nullptr, "(", ")", 4, nullptr, 0},
-      {"(a)", "(", nullptr, 4, nullptr, 0},
-  };
+  } cases[] = {{"((a))", "(", ")", 8, "(a"},
+               {"a()c", "(", ")", 8, ""},
+               {"a(bc", "(", ")", 8, ""},
+               {"abc)", "(", ")", 8, ""},
+               {"a(b)", "", ")", 8, ""},
+               {"a<<b)c", "<<", ")", 8, ""},
+               {"a<<b>>c", "<<", ">>", 8, "<b"},
+               {"(abc)", "(", ")", 4, "abc", -1, kWide},
+               {"(abc)", "(", ")", 3, "", -1, kWide},
+               {"\xA2\x93\xFA\x96\x7B\xA3", "\xA2", "\xA3", 8, "\x93\xFA\x96\x7B", 2, kNarrow},
+               {"(\x95\\)\\", "(", "\\", 8, "\x95\\)", 2, kNarrow},
+               {"(a)", "(", ")", 0, nullptr, 0},
+               {nullptr, "(", ")", 4, nullptr, 0},
+               {"(a)", "(", nullptr, 4, nullptr, 0}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto out = sentinel_buffer<Ch>(9);

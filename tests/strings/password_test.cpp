@@ -44,27 +44,25 @@ TYPED_TEST(Password, MasksToFourBase36DigitsPerUnitAndUnmasksTolerantly) {
     const char *src, *expected;
     int32_t size = 64, result = -2;  // -2: the length of expected
     Only only = kBoth;
-  } cases[] = {
-      {0, kMask, "A", "001t"},
-      {0x41, kMask, "A", "0000"},
-      {0xFFFF, kMask, "\x01", "1eke"},
-      {0, kUnmask, "001T003e", "Az"},
-      {0, kUnmask, "001t1", "A\x01"},
-      {0x41, kUnmask, "*01t", "A"},
-      {0x40, kUnmask, "01*t", "A"},
-      {0xFFBE, kUnmask, "-001", "A"},
-      {0x40, kUnmask, "  1z", "\x07"},
-      {0, kUnmask, "001t0000001t", "A"},
-      {0, kMask, "\x93\xFA\x96\x7B", "0k4l0kdo", 64, 8, kNarrow},
-      {0, kUnmask, "0k4l0kdo", "\x93\xFA\x96\x7B", 64, 2, kNarrow},
-      {7, kMask, "ab", "", 9, 8},
-      {7, kMask, "ab", "", 8, -1},
-      {7, kMask, "ab", "", 0, -1},
-      {7, kMask, "", "", 1, 0},
-      {7, kMask, "ab", "", 1, -1, kWide},
-      {7, kUnmask, "001t001t", "", 3, 2, kWide},
-      {7, kUnmask, "001t001t", "", 2, -1, kWide},
-  };
+  } cases[] = {{0, kMask, "A", "001t"},
+               {0x41, kMask, "A", "0000"},
+               {0xFFFF, kMask, "\x01", "1eke"},
+               {0, kUnmask, "001T003e", "Az"},
+               {0, kUnmask, "001t1", "A\x01"},
+               {0x41, kUnmask, "*01t", "A"},
+               {0x40, kUnmask, "01*t", "A"},
+               {0xFFBE, kUnmask, "-001", "A"},
+               {0x40, kUnmask, "  1z", "\x07"},
+               {0, kUnmask, "001t0000001t", "A"},
+               {0, kMask, "\x93\xFA\x96\x7B", "0k4l0kdo", 64, 8, kNarrow},
+               {0, kUnmask, "0k4l0kdo", "\x93\xFA\x96\x7B", 64, 2, kNarrow},
+               {7, kMask, "ab", "", 9, 8},
+               {7, kMask, "ab", "", 8, -1},
+               {7, kMask, "ab", "", 0, -1},
+               {7, kMask, "", "", 1, 0},
+               {7, kMask, "ab", "", 1, -1, kWide},
+               {7, kUnmask, "001t001t", "", 3, 2, kWide},
+               {7, kUnmask, "001t001t", "", 2, -1, kWide}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     const auto result = c.result == -2 ? static_cast<int32_t>(std::strlen(c.expected)) : c.result;
@@ -73,16 +71,6 @@ TYPED_TEST(Password, MasksToFourBase36DigitsPerUnitAndUnmasksTolerantly) {
       EXPECT_EQ(got, text<Ch>(c.expected)) << c.src;
     }
   }
-}
-
-// Another key gives another text of as many units and no failure.
-TYPED_TEST(Password, RoundTripAndWrongKey) {
-  using Ch = TypeParam;
-  const std::string plain = "Secret, 123!";
-  const auto masked = password<Ch>(0x5A17, plain, kMask, 64, 48);
-  const std::string masked_bytes(masked.begin(), masked.end());
-  EXPECT_EQ(password<Ch>(0x5A17, masked_bytes, kUnmask, 64, 12), text<Ch>(plain));
-  EXPECT_NE(password<Ch>(0x5A16, masked_bytes, kUnmask, 64, 12), text<Ch>(plain));
 }
 
 TEST(PasswordNarrow, ScratchFailureGivesMinusOneAndLeavesDst) {

@@ -30,15 +30,13 @@ TYPED_TEST(DoubleQuotes, SetAndDelGoByAnyQuoteInTheText) {
     const char *src, *expected;
     int32_t size;
     Only only;
-  } cases[] = {
-      {kSet, "\"abc\"", "\"abc\"", 8, kBoth},  {kDel, "\"abc\"", "abc", 8, kBoth},
-      {kDel, "abc", "abc", 8, kBoth},          {kDel, "\"", "", 8, kBoth},
-      {kDel, "a\"b", "\"", 8, kBoth},          {kSet, "abc", "\"abc\"", 7, kBoth},
-      {kSet, "abc", "\"abc\"", 6, kBoth},      {kSet, "abc", "", 5, kBoth},
-      {kSet, "abc", nullptr, 0, kBoth},        {kDel, "\"ab\"", "ab", 5, kBoth},
-      {kDel, "\"ab\"", "", 4, kBoth},          {kSet, "a\x81", "\"a\x81\"", 8, kNarrow},
-      {kDel, "\x95\\\"x", "\\\"", 8, kNarrow},
-  };
+  } cases[] = {{kSet, "\"abc\"", "\"abc\"", 8, kBoth}, {kDel, "\"abc\"", "abc", 8, kBoth},
+               {kDel, "abc", "abc", 8, kBoth},         {kDel, "\"", "", 8, kBoth},
+               {kDel, "a\"b", "\"", 8, kBoth},         {kSet, "abc", "\"abc\"", 7, kBoth},
+               {kSet, "abc", "\"abc\"", 6, kBoth},     {kSet, "abc", "", 5, kBoth},
+               {kSet, "abc", nullptr, 0, kBoth},       {kDel, "\"ab\"", "ab", 5, kBoth},
+               {kDel, "\"ab\"", "", 4, kBoth},         {kSet, "a\x81", "\"a\x81\"", 8, kNarrow},
+               {kDel, "\x95\\\"x", "\\\"", 8, kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto dst = sentinel_buffer<Ch>(8);

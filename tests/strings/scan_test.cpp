@@ -34,28 +34,26 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
     const char* expected;  // null: dst untouched
     char delimiter = ',';
     Only only = kBoth;
-  } cases[] = {
-      {kCopy, "ab,cd", 100, 0, "ab"},
-      {kCopy, "abc", 2, 0, "ab"},
-      {kCopy, "abc", -1, 0, ""},
-      {kCopy, "\"a,b\",c", 100, 1, "a,b"},
-      {kCopy, "\"a,b\",c", 100, 0, "\"a"},
-      {kCopy, "a\"\"b,c", 100, 1, "a\"b,c"},
-      {kCopy, "abc\"", 100, 1, "abc"},
-      {kCopy, "\"abc", 3, 1, "ab"},
-      {kCopy, "ab\"cd", 3, 1, "abc"},
-      {kAfter, "ab,cd", 100, 0, "cd"},
-      {kAfter, "abcdef", 3, 0, "ef"},
-      {kAfter, ",cde", 4, 0, "cde"},
-      {kAfter, ",cde", 3, 0, ""},
-      {kAfter, ",ab", 0, 0, nullptr},
-      {kAfter, "abc", 100, 1, ""},
-      {kCopy, "a\x95\\b", 100, 1, "a\x95", '\\', kNarrow},
-      {kCopy, "ab\x81", 100, 1, "ab\x81", ',', kNarrow},
-      {kCopy, "x\x83\\y", 100, 1, "x\x83\\y", '\x83', kNarrow},
-      {kCopy, "\"x\"\x83\x5C", 100, 1, "x", '\x83', kNarrow},
-      {kAfter, "a\x95\\bc", 100, 0, "bc", '\\', kNarrow},
-  };
+  } cases[] = {{kCopy, "ab,cd", 100, 0, "ab"},
+               {kCopy, "abc", 2, 0, "ab"},
+               {kCopy, "abc", -1, 0, ""},
+               {kCopy, "\"a,b\",c", 100, 1, "a,b"},
+               {kCopy, "\"a,b\",c", 100, 0, "\"a"},
+               {kCopy, "a\"\"b,c", 100, 1, "a\"b,c"},
+               {kCopy, "abc\"", 100, 1, "abc"},
+               {kCopy, "\"abc", 3, 1, "ab"},
+               {kCopy, "ab\"cd", 3, 1, "abc"},
+               {kAfter, "ab,cd", 100, 0, "cd"},
+               {kAfter, "abcdef", 3, 0, "ef"},
+               {kAfter, ",cde", 4, 0, "cde"},
+               {kAfter, ",cde", 3, 0, ""},
+               {kAfter, ",ab", 0, 0, nullptr},
+               {kAfter, "abc", 100, 1, ""},
+               {kCopy, "a\x95\\b", 100, 1, "a\x95", '\\', kNarrow},
+               {kCopy, "ab\x81", 100, 1, "ab\x81", ',', kNarrow},
+               {kCopy, "x\x83\\y", 100, 1, "x\x83\\y", '\x83', kNarrow},
+               {kCopy, "\"x\"\x83\x5C", 100, 1, "x", '\x83', kNarrow},
+               {kAfter, "a\x95\\bc", 100, 0, "bc", '\\', kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     auto dst = sentinel_buffer<Ch>(12);
@@ -87,12 +85,10 @@ TYPED_TEST(Scanning, CodeCountAndLength) {
     char code;
     int32_t count, length;
     Only only;
-  } cases[] = {
-      {"abc", ',', 0, 3, kBoth},           {"a,b,,c", ',', 3, 1, kBoth},
-      {"\"a,b\",c", ',', 2, 2, kBoth},     {"abc", '\0', 0, 3, kBoth},
-      {"\x95\x5C\\", '\\', 2, 1, kNarrow}, {"a\x83\x5C", '\x83', 0, 1, kNarrow},
-      {"a\x81", '\x81', 1, 1, kNarrow},
-  };
+  } cases[] = {{"abc", ',', 0, 3, kBoth},           {"a,b,,c", ',', 3, 1, kBoth},
+               {"\"a,b\",c", ',', 2, 2, kBoth},     {"abc", '\0', 0, 3, kBoth},
+               {"\x95\x5C\\", '\\', 2, 1, kNarrow}, {"a\x83\x5C", '\x83', 0, 1, kNarrow},
+               {"a\x81", '\x81', 1, 1, kNarrow}};
   for (const auto& c : cases) {
     if (!runs<Ch>(c.only)) continue;
     const auto src = text<Ch>(c.src);

@@ -87,9 +87,9 @@ void write_and_read(const std::vector<std::basic_string<Ch>>& lines, int32_t wid
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
-  static const bool made = std::filesystem::create_directories(kRoot) || true;
-  static const int set = setenv("KZ_JOURNAL_PATH", kRoot.c_str(), 1);
-  (void)made, (void)set;
+  static const int ready =
+      (std::filesystem::create_directories(kRoot), setenv("KZ_JOURNAL_PATH", kRoot.c_str(), 1));
+  (void)ready;
   const int32_t wide = data[0] % 3;
   const int32_t read_size = 1 + data[1] % 64;
   const std::string bytes(data + 2, data + size);
@@ -98,13 +98,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // The lines are the input's text split at its newlines; a CR that ends a
   // line would merge with the newline on the way back, and is left out.
   std::vector<std::string> lines(1);
-  for (char c : std::string(bytes.c_str())) {
-    if (c == '\n') {
+  for (char c : std::string(bytes.c_str()))
+    if (c == '\n')
       lines.emplace_back();
-    } else if (c != '\r') {
+    else if (c != '\r')
       lines.back().push_back(c);
-    }
-  }
   if ((data[0] & 0x80) == 0) {
     write_and_read(lines, wide);
   } else {

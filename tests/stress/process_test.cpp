@@ -45,51 +45,13 @@ int journal_helper(int argc, char** argv) {
   return 0;
 }
 
-// Member index of a ring: receives every hand-off k from `from` on with
-// k % kProcesses == index in ring-index, and passes k + 1 to the next member.
-// A set in the same tick as the wait's start shows only at the timeout, so
-// a timed-out wait reads the value before it counts as late.
-std::pair<int, int> ring_member(const char* dir, int index, int handoffs, int from) {
-  const auto file = [](int i) { return "ring-" + std::to_string(i % kProcesses); };
-  StatusFileHandle* mine = KZ_StatusCreateFileA(file(index).c_str(), dir);
-  StatusFileHandle* next = KZ_StatusCreateFileA(file(index + 1).c_str(), dir);
-  int received = 0, timeouts = 0;
-  for (int k = from; k < handoffs; k += kProcesses) {
-    const std::string expected = std::to_string(k);
-    for (int waits = 0;; ++waits) {
-      const int32_t result = KZ_StatusIsStringWaitA(mine, expected.c_str(), kTimeoutMs);
-      char value[32] = {};
-      KZ_StatusGetStringA(mine, value, sizeof value);
-      timeouts += result == 1;
-      if (result == 0 || expected == value) break;
-      if (waits * kTimeoutMs > 60000) return {received, -1};
-    }
-    ++received;
-    if (k + 1 < handoffs) KZ_StatusSetStringA(next, std::to_string(k + 1).c_str());
-  }
-  KZ_StatusEndFile(next, 0);
-  KZ_StatusEndFile(mine, 0);
-  return {received, timeouts};
-}
-
-// stress-ring DIR INDEX HANDOFFS REPORT: a ring member that reports
-// "received timeouts".
-int ring_helper(int argc, char** argv) {
-  if (argc != 5) return 2;
-  const int index = std::atoi(argv[2]);
-  const auto [received, timeouts] = ring_member(argv[1], index, std::atoi(argv[3]), index);
-  std::ofstream(native(argv[4]), std::ios::binary) << received << ' ' << timeouts;
-  return timeouts < 0 ? 5 : 0;
-}
-
 const RegisterHelper kJournal("stress-journal", journal_helper);
-const RegisterHelper kRing("stress-ring", ring_helper);
 
-// Starts the helpers, arguments(i) giving the i-th one's.
-template <class Arguments>
-std::vector<std::intptr_t> start_all(Arguments arguments) {
+// Starts eight helpers, start(i) starting the i-th.
+template <class Start>
+std::vector<std::intptr_t> start_all(Start start) {
   std::vector<std::intptr_t> children;
-  for (int i = 0; i < kProcesses; ++i) children.push_back(start_this_program(arguments(i)));
+  for (int i = 0; i < kProcesses; ++i) children.push_back(start(i));
   for (auto child : children) EXPECT_NE(child, -1);
   return children;
 }
@@ -105,10 +67,11 @@ TEST(StressProcesses, EightJournalWritersKeepEveryReportedLineWholeThroughAKill)
   ScopedVariable root("KZ_JOURNAL_PATH", dir.path().c_str());
   const auto report = [&](int i) { return dir.path("report-" + std::to_string(i)); };
   const auto start = std::chrono::steady_clock::now();
-  auto writers = start_all([&](int i) -> std::vector<std::string> {
+  auto writers = start_all([&](int i) {
     // The one to be killed would write on long after the others.
     const int count = i == killed ? 1000 * lines : lines;
-    return {"--kz-helper", "stress-journal", std::to_string(i), std::to_string(count), report(i)};
+    return start_this_program(
+        {"--kz-helper", "stress-journal", std::to_string(i), std::to_string(count), report(i)});
   });
   EXPECT_TRUE(await([&] {
     const std::string numbers = read_bytes(report(killed));
@@ -139,57 +102,54 @@ TEST(StressProcesses, EightJournalWritersKeepEveryReportedLineWholeThroughAKill)
       kProcesses - 1, lines, lines / 4, reported, seen.size(), elapsed(start));
 }
 
+// The members are the status tests' ring helper ("status-ring DIR INDEX
+// PROCESSES HANDOFFS TIMEOUT REPORT"), which starts at hand-off INDEX and
+// uses the file ring-(INDEX % PROCESSES): started with the first hand-off
+// that a killed member had not passed on, it takes the member's place.
 TEST(StressProcesses, ATokenRingGoesOnWhenAMemberIsKilledAndLeavesNoFile) {
   const int handoffs = long_form() ? 10000 : 400, killed = 3;
   TempDir dir, reports;
-  const std::string path = dir.path();
-  const char* directory = path.c_str();
-  StatusFileHandle* first = KZ_StatusCreateFileA("ring-0", directory);
-  StatusFileHandle* passed = KZ_StatusCreateFileA("ring-4", directory);  // the killed one's out
+  const auto member = [&](int first_handoff) {
+    return start_this_program({"--kz-helper", "status-ring", dir.path(),
+                               std::to_string(first_handoff), std::to_string(kProcesses),
+                               std::to_string(handoffs), std::to_string(kTimeoutMs),
+                               reports.path(std::to_string(first_handoff % kProcesses))});
+  };
+  StatusFileHandle* first = KZ_StatusCreateFileA("ring-0", dir.path().c_str());
+  StatusFileHandle* held = KZ_StatusCreateFileA("ring-3", dir.path().c_str());
+  StatusFileHandle* passed = KZ_StatusCreateFileA("ring-4", dir.path().c_str());
   ASSERT_NE(KZ_StatusSetStringA(first, "0"), 0);
   const auto start = std::chrono::steady_clock::now();
-  auto members = start_all([&](int i) -> std::vector<std::string> {
-    return {"--kz-helper",
-            "stress-ring",
-            path,
-            std::to_string(i),
-            std::to_string(handoffs),
-            reports.path(std::to_string(i))};
-  });
+  auto members = start_all(member);
   const auto value = [](StatusFileHandle* status) {
     char text[32] = {};
     KZ_StatusGetStringA(status, text, sizeof text);
-    return std::string(text);
+    return std::atoi(text);  // 0 for an empty file
   };
-  EXPECT_TRUE(await([&] { return std::atoi(value(passed).c_str()) >= handoffs / 2; }));
+  EXPECT_TRUE(await([&] { return value(passed) >= handoffs / 2; }));
   kill_program(members[killed]);
   EXPECT_EQ(wait_for(members[killed]), -1);
-  // This process takes the killed member's place from the hand-off it had
-  // not passed on: behind the last one it passed, or the one it holds when
-  // the kill came between its cut and its write.
-  const std::string out = value(passed);
-  StatusFileHandle* held = KZ_StatusCreateFileA("ring-3", directory);
-  const int resume =
-      out.empty() ? std::atoi(value(held).c_str()) : std::atoi(out.c_str()) + kProcesses - 1;
-  KZ_StatusEndFile(held, 0);
-  const auto [taken_over, late] = ring_member(directory, killed, handoffs, resume);
-  EXPECT_EQ(taken_over, (handoffs - resume + kProcesses - 1) / kProcesses);
-  int timeouts = late;
+  // The replacement starts behind the last hand-off passed on, or at the
+  // one held when the kill came between the cut of the value and its write.
+  const int resume = value(passed) != 0 ? value(passed) + kProcesses - 1 : value(held);
+  members[killed] = member(resume);
+  int received = 0, timeouts = 0;
   for (int i = 0; i < kProcesses; ++i) {
-    if (i == killed) continue;
     EXPECT_EQ(wait_for(members[i]), 0) << i;
     int got = -1, waits = -1;
     std::istringstream(read_bytes(reports.path(std::to_string(i)))) >> got >> waits;
-    EXPECT_EQ(got, (handoffs - i + kProcesses - 1) / kProcesses) << i;
+    const int from = i == killed ? resume : i;
+    EXPECT_EQ(got, (handoffs - from + kProcesses - 1) / kProcesses) << i;
+    received += got;
     timeouts += waits;
   }
-  KZ_StatusEndFile(first, 0);
-  KZ_StatusEndFile(passed, 0);
+  for (StatusFileHandle* status : {first, held, passed}) KZ_StatusEndFile(status, 0);
   EXPECT_TRUE(std::filesystem::is_empty(native(dir.path())));
   std::printf(
-      "[ stress   ] %d hand-offs among %d processes, 1 killed at %d and taken over, "
-      "%d waits timed out after %u ms, %lld ms\n",
-      handoffs, kProcesses, resume, timeouts, kTimeoutMs, elapsed(start));
+      "[ stress   ] %d hand-offs among %d processes, member %d killed at %d and replaced, "
+      "%d received by the others and the replacement, %d waits timed out after %u ms, "
+      "%lld ms\n",
+      handoffs, kProcesses, killed, resume, received, timeouts, kTimeoutMs, elapsed(start));
 }
 
 }  // namespace

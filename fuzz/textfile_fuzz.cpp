@@ -87,9 +87,14 @@ void write_and_read(const std::vector<std::basic_string<Ch>>& lines, int32_t wid
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
-  static const int ready =
-      (std::filesystem::create_directories(kRoot), setenv("KZ_JOURNAL_PATH", kRoot.c_str(), 1));
-  (void)ready;
+  // The folder goes at the program's end.
+  static const struct Folder {
+    Folder() {
+      std::filesystem::create_directories(kRoot);
+      setenv("KZ_JOURNAL_PATH", kRoot.c_str(), 1);
+    }
+    ~Folder() { std::filesystem::remove_all(kRoot); }
+  } folder;
   const int32_t wide = data[0] % 3;
   const int32_t read_size = 1 + data[1] % 64;
   const std::string bytes(data + 2, data + size);

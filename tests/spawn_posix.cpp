@@ -1,5 +1,6 @@
 // Starts the test program again as a child (POSIX): the arguments go to it
 // as they are, and the child's line is what the platform layer rebuilds.
+#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,7 +11,7 @@ extern char** environ;
 
 namespace kz::test {
 
-int run_this_program(const std::vector<std::string>& arguments) {
+std::intptr_t start_this_program(const std::vector<std::string>& arguments) {
   std::string program(4096, '\0');
   const ssize_t got = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
   if (got <= 0) return -1;
@@ -22,9 +23,19 @@ int run_this_program(const std::vector<std::string>& arguments) {
   pid_t child = 0;
   if (::posix_spawn(&child, program.c_str(), nullptr, nullptr, argv.data(), environ) != 0)
     return -1;
+  return child;
+}
+
+int wait_for(std::intptr_t child) {
   int status = 0;
-  if (::waitpid(child, &status, 0) != child) return -1;
+  if (child < 0 || ::waitpid(static_cast<pid_t>(child), &status, 0) != child) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+void kill_program(std::intptr_t child) { ::kill(static_cast<pid_t>(child), SIGKILL); }
+
+int run_this_program(const std::vector<std::string>& arguments) {
+  return wait_for(start_this_program(arguments));
 }
 
 }  // namespace kz::test

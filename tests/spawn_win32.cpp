@@ -7,7 +7,7 @@
 
 namespace kz::test {
 
-int run_this_program(const std::vector<std::string>& arguments) {
+std::intptr_t start_this_program(const std::vector<std::string>& arguments) {
   wchar_t program[MAX_PATH];
   if (GetModuleFileNameW(nullptr, program, MAX_PATH) == 0) return -1;
   std::wstring line = L"\"" + std::wstring(program) + L"\"";
@@ -32,12 +32,30 @@ int run_this_program(const std::vector<std::string>& arguments) {
   if (!CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                       &process))
     return -1;
-  WaitForSingleObject(process.hProcess, INFINITE);
-  DWORD status = 1;
-  GetExitCodeProcess(process.hProcess, &status);
   CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return static_cast<int>(status);
+  return reinterpret_cast<std::intptr_t>(process.hProcess);
+}
+
+// A process ended by kill_program exits with this status, as a shell
+// reports one ended by SIGKILL.
+constexpr UINT kKilled = 128 + 9;
+
+int wait_for(std::intptr_t child) {
+  if (child == -1) return -1;
+  const auto process = reinterpret_cast<HANDLE>(child);
+  WaitForSingleObject(process, INFINITE);
+  DWORD status = 1;
+  GetExitCodeProcess(process, &status);
+  CloseHandle(process);
+  return status == kKilled ? -1 : static_cast<int>(status);
+}
+
+void kill_program(std::intptr_t child) {
+  TerminateProcess(reinterpret_cast<HANDLE>(child), kKilled);
+}
+
+int run_this_program(const std::vector<std::string>& arguments) {
+  return wait_for(start_this_program(arguments));
 }
 
 }  // namespace kz::test

@@ -159,5 +159,11 @@ bool runs(Only only) {
 // Starts this test program again with the given UTF-8 arguments behind its
 // path, waits for it, and gives its exit status (-1 when it did not run).
 int run_this_program(const std::vector<std::string>& arguments);
+// The same in steps: start gives the child (-1 when it did not start),
+// wait_for its exit status (-1 when it did not exit by itself), and
+// kill_program ends it at once, as SIGKILL or TerminateProcess do.
+std::intptr_t start_this_program(const std::vector<std::string>& arguments);
+int wait_for(std::intptr_t child);
+void kill_program(std::intptr_t child);
 
 }  // namespace kz::test

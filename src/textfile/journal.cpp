@@ -71,8 +71,8 @@ int32_t journal_out(const Ch* file_name, const Ch* message, uint32_t line_size, 
       result = text_file_puts(file, line.get());
     }
   }
-  text_file_close(file);
-  return result;
+  // The line is still in the stream's buffer until the close writes it.
+  return text_file_close(file) ? result : 0;
 }
 
 }  // namespace

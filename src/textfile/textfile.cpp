@@ -110,10 +110,11 @@ int32_t text_file_puts(TextFileHandle* file, const Ch* text) {
   return write_with_newline(converted.get(), file->stream) ? 1 : 0;
 }
 
-void text_file_close(TextFileHandle* file) {
-  if (file == nullptr) return;
-  os::fclose(file->stream);
+bool text_file_close(TextFileHandle* file) {
+  if (file == nullptr) return true;
+  const bool flushed = os::fclose(file->stream) == 0;
   release(file);
+  return flushed;
 }
 
 template TextFileHandle* text_file_open(const char*, const char*, int32_t);

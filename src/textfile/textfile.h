@@ -25,7 +25,8 @@ TextFileHandle* text_file_open(const Ch* path, const Ch* mode, int32_t wide);
 template <class Ch>
 int32_t text_file_puts(TextFileHandle* file, const Ch* text);
 
-// Closes the stream and frees the record; null does nothing.
-void text_file_close(TextFileHandle* file);
+// Closes the stream and frees the record; null does nothing. False when
+// the stream's last buffered lines could not be written.
+bool text_file_close(TextFileHandle* file);
 
 }  // namespace kz

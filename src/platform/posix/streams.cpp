@@ -173,9 +173,22 @@ void drop_read_ahead(Stream& s) {
   s.raw_at = s.raw_end = 0;
 }
 
+// A write that finds no room takes back what it added to the file, as a
+// write on Windows adds nothing when it fails: no line is left torn, and the
+// C stream, told that nothing was written, writes it all again at its next
+// try.
 ssize_t write_stream(void* cookie, const char* buffer, std::size_t size) {
   Stream& s = *static_cast<Stream*>(cookie);
   drop_read_ahead(s);
+  const off_t at = lseek(s.fd, 0, SEEK_CUR);
+  struct stat before;
+  if (at < 0 || fstat(s.fd, &before) != 0) return -1;
+  const auto fail = [&s, at, &before] {
+    struct stat now;
+    const bool grew = fstat(s.fd, &now) == 0 && now.st_size > before.st_size;
+    if (!grew || ftruncate(s.fd, before.st_size) == 0) lseek(s.fd, at, SEEK_SET);
+    return ssize_t{-1};
+  };
   const auto* in = reinterpret_cast<const unsigned char*>(buffer);
   const std::size_t u = s.unit;
   unsigned char out[8192];
@@ -197,7 +210,7 @@ ssize_t write_stream(void* cookie, const char* buffer, std::size_t size) {
       i += u;
     }
     if (n + 2 * u > sizeof out) {
-      if (!write_all(s.fd, out, n)) return -1;
+      if (!write_all(s.fd, out, n)) return fail();
       n = 0;
     }
     if (s.text && is_unit(unit, u, '\n')) {
@@ -208,7 +221,7 @@ ssize_t write_stream(void* cookie, const char* buffer, std::size_t size) {
     std::memcpy(out + n, unit, u);
     n += u;
   }
-  if (!write_all(s.fd, out, n)) return -1;
+  if (!write_all(s.fd, out, n)) return fail();
   return static_cast<ssize_t>(size);
 }
 

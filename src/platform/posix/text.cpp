@@ -27,14 +27,14 @@
 #endif
 
 // Whether a scan for the terminator may read 16 bytes that hold it, as long
-// as they lie in one page: never under AddressSanitizer, which reports what
-// lies behind the terminator.
+// as they lie in one page: never under AddressSanitizer or ThreadSanitizer,
+// which report what lies behind the terminator.
 #if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KZ_UNDER_ASAN 1
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KZ_UNDER_SANITIZER 1
 #endif
 #endif
-#if defined(__SANITIZE_ADDRESS__) || defined(KZ_UNDER_ASAN)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(KZ_UNDER_SANITIZER)
 #define KZ_ALIGNED_OVERREAD 0
 #else
 #define KZ_ALIGNED_OVERREAD KZ_X86_PATHS

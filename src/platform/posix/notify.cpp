@@ -12,6 +12,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <new>
 
@@ -23,6 +24,7 @@ namespace {
 struct ChangeWatch {
   std::uint32_t tag;  // kWatchTag while the handle lives
   int queue;          // the inotify descriptor
+  int watch;          // its watch on the directory
   bool signalled;
 };
 
@@ -43,6 +45,44 @@ void drain(int queue) {
   }
 }
 
+// Closing an inotify descriptor waits for the kernel to retire its marks,
+// which takes milliseconds, and every wait ends by closing its handle. So a
+// closed handle's descriptor, its watch removed and its queue emptied, is
+// kept here for the next handle of this process (a forked child's copies
+// are not its own: it closes them and makes new ones).
+class QueuePool {
+ public:
+  int take() {
+    for (Slot& slot : slots_) {
+      const std::uint64_t held = slot.exchange(kEmpty);
+      if (held == kEmpty) continue;
+      const int queue = static_cast<int>(held & 0xFFFFFFFF);
+      if (static_cast<pid_t>(held >> 32) == getpid()) {
+        drain(queue);
+        return queue;
+      }
+      close(queue);
+    }
+    return inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  }
+  void give_back(int queue) {
+    drain(queue);
+    const std::uint64_t held = std::uint64_t(getpid()) << 32 | static_cast<std::uint32_t>(queue);
+    for (Slot& slot : slots_) {
+      std::uint64_t empty = kEmpty;
+      if (slot.compare_exchange_strong(empty, held)) return;
+    }
+    close(queue);
+  }
+
+ private:
+  using Slot = std::atomic<std::uint64_t>;
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  Slot slots_[4] = {kEmpty, kEmpty, kEmpty, kEmpty};
+};
+
+QueuePool queues;
+
 std::int64_t now_ms() {
   timespec now;
   clock_gettime(CLOCK_MONOTONIC, &now);
@@ -59,17 +99,19 @@ HANDLE FindFirstChangeNotificationA(const char* directory, BOOL subtree, DWORD f
   if (subtree || (filter & kFileNotifyChangeLastWrite) == 0) return kInvalidHandle;
   struct stat st;
   if (stat(native, &st) != 0 || !S_ISDIR(st.st_mode)) return kInvalidHandle;
-  const int queue = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  const int queue = queues.take();
   if (queue < 0) return kInvalidHandle;
   // A write or a cut changes the last write time (IN_MODIFY), and so can a
   // change of times (IN_ATTRIB); the directory's own removal ends the watch.
-  if (inotify_add_watch(queue, native, IN_MODIFY | IN_ATTRIB | IN_ONLYDIR) < 0) {
-    close(queue);
+  const int watched = inotify_add_watch(queue, native, IN_MODIFY | IN_ATTRIB | IN_ONLYDIR);
+  if (watched < 0) {
+    queues.give_back(queue);
     return kInvalidHandle;
   }
-  auto* watch = new (std::nothrow) ChangeWatch{kWatchTag, queue, false};
+  auto* watch = new (std::nothrow) ChangeWatch{kWatchTag, queue, watched, false};
   if (watch == nullptr) {
-    close(queue);
+    inotify_rm_watch(queue, watched);
+    queues.give_back(queue);
     return kInvalidHandle;
   }
   return watch;
@@ -85,7 +127,8 @@ BOOL FindNextChangeNotification(HANDLE change) {
 BOOL FindCloseChangeNotification(HANDLE change) {
   ChangeWatch* watch = watch_of(change);
   if (watch == nullptr) return 0;
-  close(watch->queue);
+  inotify_rm_watch(watch->queue, watch->watch);
+  queues.give_back(watch->queue);
   watch->tag = 0;
   delete watch;
   return 1;

@@ -84,22 +84,23 @@ namespace {
 constexpr off_t kShareBase = off_t{0x7FFFFFFF} << 32;
 enum : off_t { kReads = 1, kWrites, kDeniesRead, kDeniesWrite };
 
+struct flock share_byte(short type, off_t byte) {
+  struct flock lock = {};
+  lock.l_type = type;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = kShareBase + byte;
+  lock.l_len = 1;
+  return lock;
+}
+
 bool held_elsewhere(int fd, off_t byte) {
-  struct flock probe = {};
-  probe.l_type = F_WRLCK;
-  probe.l_whence = SEEK_SET;
-  probe.l_start = kShareBase + byte;
-  probe.l_len = 1;
+  struct flock probe = share_byte(F_WRLCK, byte);
   if (fcntl(fd, F_OFD_GETLK, &probe) != 0) return true;
   return probe.l_type != F_UNLCK;
 }
 
 bool hold(int fd, off_t byte) {
-  struct flock lock = {};
-  lock.l_type = F_RDLCK;
-  lock.l_whence = SEEK_SET;
-  lock.l_start = kShareBase + byte;
-  lock.l_len = 1;
+  struct flock lock = share_byte(F_RDLCK, byte);
   return fcntl(fd, F_OFD_SETLK, &lock) == 0;
 }
 

@@ -54,8 +54,9 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
   std::strcpy(status->path, saved.c_str());
 }
 
-// The timeout counts the quiet time, which each change starts again.
-TEST(StatusWait, ChangesToOtherFilesKeepTheWaitGoing) {
+// The timeout counts the quiet time, which each change starts again: one to
+// another file, or a value in the watched file that does not match.
+TEST(StatusWait, ChangesKeepTheWaitGoingUntilTheyStop) {
   TempDir dir;
   HeldStatus status(open_status<char>(dir, "watched"));
   ASSERT_NE(status, nullptr);
@@ -64,7 +65,7 @@ TEST(StatusWait, ChangesToOtherFilesKeepTheWaitGoing) {
   std::thread neighbour([&] {
     for (int i = 0; i < kChanges; ++i) {
       kz::os::Sleep(kTimeout / 2);
-      write_bytes(dir.path("neighbour"), std::to_string(i));
+      write_bytes(dir.path(i % 2 ? "watched" : "neighbour"), "other " + std::to_string(i));
     }
   });
   const auto start = std::chrono::steady_clock::now();

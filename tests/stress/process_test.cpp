@@ -1,20 +1,19 @@
-// Eight processes at once on one journal file and on a ring of status
-// files, with one of them killed in the middle: the others go on, nothing is
-// torn, and the killed process's hold on the files goes with it. The short
-// forms run in every test run; KZ_STRESS_LONG=1 runs the long forms (1,000
-// journal lines per process, 10,000 hand-offs) and the figures are printed.
+// Files and status records shared between processes: the test program runs
+// again as the helpers registered here. Eight processes at once on one
+// journal and on a ring of status files, with one of them killed in the
+// middle: the others go on, nothing is torn, and the killed process's hold
+// on the files goes with it. The short forms run in every test run;
+// KZ_STRESS_LONG=1 runs the long forms (1,000 journal lines per process,
+// 10,000 hand-offs) and the figures are printed.
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
-#include "files.h"
 #include "platform/platform.h"
+#include "status/status_test_support.h"
 
 namespace kz::test {
 namespace {
@@ -31,21 +30,79 @@ bool await(Ready ready) {
   return ready();
 }
 
-// stress-journal INDEX LINES REPORT: appends LINES journal lines and notes
-// in REPORT the number of each line whose call gave 1, as it goes.
-int journal_helper(int argc, char** argv) {
-  if (argc != 4) return 2;
-  std::ofstream report(native(argv[3]), std::ios::binary);
-  for (int k = 0; k < std::atoi(argv[2]); ++k) {
-    const std::string message =
-        "p" + std::string(argv[1]) + " " + std::to_string(k) + " " + std::string(40, 'x');
-    if (KZ_JournalOutA("stress.log", message.c_str(), 128, 0, '/') == 1)
+// probe PATH: exits with a bit for each of a reading open (8), a writing
+// open (4), the size (2) and the times (1) that succeed.
+int probe(int, char** argv) {
+  int found = 0;
+  for (const char* mode : {"r", "a"}) {
+    TextFileHandle* file = KZ_TextFileOpenA(argv[1], mode, 0);
+    found = found * 2 + (file != nullptr);
+    KZ_TextFileClose(file);
+  }
+  FILETIME written;
+  found = found * 2 + (KZ_GetFileSizeA(argv[1], nullptr) != 0xFFFFFFFF);
+  return found * 2 + (KZ_GetFileTimeA(argv[1], nullptr, nullptr, &written) != 0);
+}
+
+// status-hold DIR NAME MARK: sets "held", keeps the file 1.5 s, writes MARK
+// and ends its record.
+int hold_helper(int, char** argv) {
+  StatusFileHandle* status = KZ_StatusCreateFileA(argv[2], argv[1]);
+  if (status == nullptr || !KZ_StatusSetStringA(status, "held")) return 3;
+  kz::os::Sleep(1500);
+  write_bytes(argv[3], "");
+  return KZ_StatusEndFile(status, 0) != 0 ? 0 : 4;
+}
+
+// stress-journal FILE INDEX LINES WIDE REPORT: appends LINES journal lines
+// and notes in REPORT the number of each line whose call gave 1, as it goes.
+int journal_helper(int, char** argv) {
+  std::ofstream report(native(argv[5]), std::ios::binary);
+  for (int k = 0; k < std::atoi(argv[3]); ++k) {
+    const std::string message = "p" + std::string(argv[2]) + " " + std::to_string(k) + " ";
+    if (KZ_JournalOutA(argv[1], (message + std::string(40, 'x')).c_str(), 128, std::atoi(argv[4]),
+                       '/') == 1)
       report << k << '\n' << std::flush;
   }
   return 0;
 }
 
-const RegisterHelper kJournal("stress-journal", journal_helper);
+// status-ring DIR INDEX HANDOFFS REPORT: a member of a token ring receives
+// every hand-off k from INDEX on in steps of kProcesses in its file
+// ring-(k % kProcesses) and passes k + 1 on in the next; reports "received
+// timeouts".
+int ring_helper(int, char** argv) {
+  const int index = std::atoi(argv[2]), handoffs = std::atoi(argv[3]);
+  const auto file = [&](int i) { return "ring-" + std::to_string(i % kProcesses); };
+  HeldStatus mine(KZ_StatusCreateFileA(file(index).c_str(), argv[1]));
+  HeldStatus theirs(KZ_StatusCreateFileA(file(index + 1).c_str(), argv[1]));
+  if (mine == nullptr || theirs == nullptr) return 3;
+  int received = 0, timeouts = 0;
+  for (int k = index; k < handoffs; k += kProcesses, ++received) {
+    const std::string expected = std::to_string(k);
+    // A write in the same tick as the wait's reference time shows only at
+    // the timeout; the value is then read to tell a late hand-off from a
+    // lost one. A minute without it is a lost hand-off.
+    for (int waits = 0;; ++waits) {
+      const int32_t result = KZ_StatusIsStringWaitA(mine.get(), expected.c_str(), kTimeoutMs);
+      if (result == 0) break;
+      char value[32] = {};
+      KZ_StatusGetStringA(mine.get(), value, sizeof value);
+      timeouts += result == 1;
+      if (result == 1 && expected == value) break;
+      if (result == 2 || waits * kTimeoutMs > 60000) return 5;
+    }
+    if (k + 1 < handoffs && !KZ_StatusSetStringA(theirs.get(), std::to_string(k + 1).c_str()))
+      return 5;
+  }
+  write_bytes(argv[4], std::to_string(received) + " " + std::to_string(timeouts));
+  return 0;
+}
+
+const RegisterHelper kHelpers[] = {{"probe", probe},
+                                   {"status-hold", hold_helper},
+                                   {"stress-journal", journal_helper},
+                                   {"status-ring", ring_helper}};
 
 // Starts eight helpers, start(i) starting the i-th.
 template <class Start>
@@ -56,63 +113,99 @@ std::vector<std::intptr_t> start_all(Start start) {
   return children;
 }
 
-long long elapsed(std::chrono::steady_clock::time_point since) {
-  const auto span = std::chrono::steady_clock::now() - since;
-  return std::chrono::duration_cast<std::chrono::milliseconds>(span).count();
+// A text file held for writing, narrow or wide, shares with no process; one
+// held for reading with readers, while size and times open without sharing.
+TEST(CrossProcess, AFileHeldForWritingIsClosedToOtherProcesses) {
+  TempDir dir;
+  const std::string path = dir.path("held.txt");
+  write_bytes(path, "x\r\n");
+  const std::tuple<const char*, int32_t, int> cases[] = {
+      {"a", 0, 0}, {"a", 1, 0}, {"r", 0, 8}, {nullptr, 0, 15}};
+  for (const auto& [mode, wide, found] : cases) {
+    TextFileHandle* held = mode ? KZ_TextFileOpenA(path.c_str(), mode, wide) : nullptr;
+    EXPECT_EQ(helper_status({"probe", path}), found) << mode << wide;
+    KZ_TextFileClose(held);
+  }
 }
 
+// The helper writes its mark last before it closes.
+TEST(StatusCrossProcess, AnEndThatWaitsReturnsOnlyAfterTheOtherProcessClosed) {
+  TempDir dir;
+  StatusFileHandle* status = KZ_StatusCreateFileA("held", dir.path().c_str());
+  ASSERT_NE(status, nullptr);
+  const auto helper =
+      start_this_program({"--kz-helper", "status-hold", dir.path(), "held", dir.path("closing")});
+  ASSERT_EQ(KZ_StatusIsStringWaitA(status, "held", 30000), 0);
+  EXPECT_NE(KZ_StatusEndFile(status, 1), 0);
+  EXPECT_TRUE(std::filesystem::exists(native(dir.path("closing"))));
+  EXPECT_FALSE(std::filesystem::exists(native(dir.path("held"))));
+  EXPECT_EQ(wait_for(helper), 0);
+}
+
+// In both encodings, into a folder that the writers' race makes: every line
+// is whole and comes once, in its writer's order; every line reported is
+// there, and from a writer that was not killed only those.
 TEST(StressProcesses, EightJournalWritersKeepEveryReportedLineWholeThroughAKill) {
   const int lines = long_form() ? 1000 : 60, killed = kProcesses - 1;
   TempDir dir;
   ScopedVariable root("KZ_JOURNAL_PATH", dir.path().c_str());
-  const auto report = [&](int i) { return dir.path("report-" + std::to_string(i)); };
-  const auto start = std::chrono::steady_clock::now();
-  auto writers = start_all([&](int i) {
-    // The one to be killed would write on long after the others.
-    const int count = i == killed ? 1000 * lines : lines;
-    return start_this_program(
-        {"--kz-helper", "stress-journal", std::to_string(i), std::to_string(count), report(i)});
-  });
-  EXPECT_TRUE(await([&] {
-    const std::string numbers = read_bytes(report(killed));
-    return std::count(numbers.begin(), numbers.end(), '\n') >= lines / 4;
-  }));
-  kill_program(writers[killed]);
-  EXPECT_EQ(wait_for(writers[killed]), -1);
-  for (int i = 0; i < killed; ++i) EXPECT_EQ(wait_for(writers[i]), 0) << i;
-  // Every line is whole and comes once; every line reported is there.
-  std::map<std::string, int> seen;
-  std::istringstream journal(read_bytes(dir.path("stress.log")));
-  const std::regex whole(R"(\d{4}/\d\d/\d\d \d\d:\d\d:\d\d > (p\d \d+) x{40}\r?)");
-  std::smatch match;
-  for (std::string line; std::getline(journal, line);)
-    ++seen[std::regex_match(line, match, whole) ? match.str(1) : "torn: " + line];
-  int reported = 0;
-  for (int i = 0; i < kProcesses; ++i) {
-    std::istringstream numbers(read_bytes(report(i)));
-    for (int k; numbers >> k; ++reported)
-      EXPECT_EQ(seen["p" + std::to_string(i) + " " + std::to_string(k)], 1);
+  for (const int wide : {0, 1}) {
+    const std::string log = "log" + std::to_string(wide) + "\\stress.log";
+    const auto report = [&](int i) { return dir.path(std::to_string(wide * 10 + i)); };
+    const auto start = std::chrono::steady_clock::now();
+    auto writers = start_all([&](int i) {
+      // The one to be killed would write on long after the others.
+      return start_this_program({"--kz-helper", "stress-journal", log, std::to_string(i),
+                                 std::to_string(i == killed ? 1000 * lines : lines),
+                                 std::to_string(wide), report(i)});
+    });
+    EXPECT_TRUE(await([&] {
+      const std::string numbers = read_bytes(report(killed));
+      return std::count(numbers.begin(), numbers.end(), '\n') >= lines / 4;
+    }));
+    kill_program(writers[killed]);
+    EXPECT_EQ(wait_for(writers[killed]), -1);
+    for (int i = 0; i < killed; ++i) EXPECT_EQ(wait_for(writers[i]), 0) << i;
+    const std::string bytes = read_bytes(dir.path(log));
+    EXPECT_EQ(bytes.rfind('\n'), bytes.size() - 1 - wide);  // no torn last line
+    std::set<std::string> seen;
+    std::vector<int> last(kProcesses, -1), count(kProcesses, 0);
+    TextFileHandle* file = KZ_TextFileOpenA(dir.path(log).c_str(), "r", wide);
+    const std::regex whole(R"(\d{4}/\d\d/\d\d \d\d:\d\d:\d\d > p(\d) (\d+) x{40})");
+    char line[256];
+    for (std::cmatch m; KZ_TextFileGetsA(file, line, 256) == 1;) {
+      ASSERT_TRUE(std::regex_match(line, m, whole)) << line;
+      const int i = std::stoi(m[1]), k = std::stoi(m[2]);
+      EXPECT_GT(k, last[i]) << line;
+      last[i] = k, ++count[i], seen.insert(m[1].str() + " " + m[2].str());
+    }
+    KZ_TextFileClose(file);
+    int reported = 0;
+    for (int i = 0; i < kProcesses; ++i) {
+      std::istringstream numbers(read_bytes(report(i)));
+      int mine = 0;
+      for (int k; numbers >> k; ++mine)
+        EXPECT_TRUE(seen.count(std::to_string(i) + " " + std::to_string(k)));
+      EXPECT_TRUE(i == killed || count[i] == mine) << i << ": " << count[i] << " lines";
+      reported += mine;
+    }
+    // The killed writer's hold on the file went with it.
+    EXPECT_EQ(KZ_JournalOutA(log.c_str(), "after", 64, wide, '/'), 1);
+    std::printf(
+        "[ stress   ] %d journal writers (wide %d) of %d lines and 1 killed after %d: "
+        "%d lines given 1, %zu in the file, %lld ms\n",
+        kProcesses - 1, wide, lines, lines / 4, reported, seen.size(), elapsed_ms(start));
   }
-  for (const auto& [line, times] : seen) EXPECT_EQ(times, 1) << line;
-  // The killed writer's hold on the file went with it.
-  EXPECT_EQ(KZ_JournalOutA("stress.log", "after", 64, 0, '/'), 1);
-  std::printf(
-      "[ stress   ] %d journal writers of %d lines and 1 killed after %d: %d lines given 1, "
-      "%zu in the file, %lld ms\n",
-      kProcesses - 1, lines, lines / 4, reported, seen.size(), elapsed(start));
 }
 
-// The members are the status tests' ring helper ("status-ring DIR INDEX
-// PROCESSES HANDOFFS TIMEOUT REPORT"), which starts at hand-off INDEX and
-// uses the file ring-(INDEX % PROCESSES): started with the first hand-off
-// that a killed member had not passed on, it takes the member's place.
+// A member started with the first hand-off that a killed member had not
+// passed on takes the member's place.
 TEST(StressProcesses, ATokenRingGoesOnWhenAMemberIsKilledAndLeavesNoFile) {
   const int handoffs = long_form() ? 10000 : 400, killed = 3;
   TempDir dir, reports;
   const auto member = [&](int first_handoff) {
     return start_this_program({"--kz-helper", "status-ring", dir.path(),
-                               std::to_string(first_handoff), std::to_string(kProcesses),
-                               std::to_string(handoffs), std::to_string(kTimeoutMs),
+                               std::to_string(first_handoff), std::to_string(handoffs),
                                reports.path(std::to_string(first_handoff % kProcesses))});
   };
   StatusFileHandle* first = KZ_StatusCreateFileA("ring-0", dir.path().c_str());
@@ -149,7 +242,7 @@ TEST(StressProcesses, ATokenRingGoesOnWhenAMemberIsKilledAndLeavesNoFile) {
       "[ stress   ] %d hand-offs among %d processes, member %d killed at %d and replaced, "
       "%d received by the others and the replacement, %d waits timed out after %u ms, "
       "%lld ms\n",
-      handoffs, kProcesses, killed, resume, received, timeouts, kTimeoutMs, elapsed(start));
+      handoffs, kProcesses, killed, resume, received, timeouts, kTimeoutMs, elapsed_ms(start));
 }
 
 }  // namespace

@@ -35,15 +35,14 @@ class Guarded {
   }
   ~Guarded() { unmap_guarded(pages_); }
   Guarded(const Guarded&) = delete;
-  Guarded& operator=(const Guarded&) = delete;
 
   T* get() const { return data_; }
   // The text up to the terminator, or "(unterminated)" when the buffer
   // holds none.
   std::basic_string<T> text() const {
     const T* end = std::find(data_, data_ + count_, T{0});
-    if (end == data_ + count_) return std::basic_string<T>(14, T('?'));
-    return std::basic_string<T>(data_, static_cast<std::size_t>(end - data_));
+    return end == data_ + count_ ? std::basic_string<T>(14, T('?'))
+                                 : std::basic_string<T>(data_, end);
   }
 
  private:

@@ -29,12 +29,11 @@ inline int32_t convert(const wchar* s, char* d, int32_t n) { return KZ_UNICODE2S
 inline int32_t convert(const char* s, wchar* d, int32_t n) { return KZ_SJIS2UNICODE(s, d, n); }
 
 #define TX(ascii) text<Ch>(ascii).c_str()
-#define SIZED(name, source, needed, below, at_zero, ...)                          \
-  SizeRow<Ch> {                                                                   \
-    name, source, needed, below, at_zero,                                         \
-        [&]([[maybe_unused]] Ch* d, [[maybe_unused]] int32_t n,                   \
-            [[maybe_unused]] const Ch* s) -> std::int64_t { return __VA_ARGS__; } \
-  }
+// clang-format off
+#define SIZED(name, source, needed, below, at_zero, ...) SizeRow<Ch>{name, source, needed, below, \
+    at_zero, [&]([[maybe_unused]] Ch* d, [[maybe_unused]] int32_t n,                             \
+                 [[maybe_unused]] const Ch* s) -> std::int64_t { return __VA_ARGS__; }}
+// clang-format on
 
 KZ_TWIN_SUITE(GuardedSizes);
 
@@ -45,6 +44,7 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
   TempDir dir;
   const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
   StatusFileHandle* status = KZ_StatusCreateFileA("s", dir.path().c_str());
+  StatusFileHandle* data = KZ_StatusCreateFileA("d", dir.path().c_str());
   KZ_StatusSetStringA(status, "abc");
   TextFileHandle* lines = KZ_TextFileOpenA(dir.path("g.txt").c_str(), "w", 0);
   KZ_TextFilePutsA(lines, "abc");
@@ -52,10 +52,12 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
   const auto first_line = [&](Ch* d, int32_t n) {
     TextFileHandle* file = KZ_TextFileOpenA(dir.path("g.txt").c_str(), "r", 0);
     const int32_t got = T::TextFileGets(file, d, n);
-    KZ_TextFileClose(file);
-    return got;
+    return KZ_TextFileClose(file), got;
   };
   const auto filled = [](const Ch* d, int32_t n) -> std::int64_t { return n > 0 && d[0] != 0; };
+  // The last n bytes in front of the guard, and a value of 4 of them.
+  const auto tail = [](Ch* d, int32_t n) { return reinterpret_cast<char*>(d + n) - n; };
+  KZ_StatusSetData(data, "{{{{", 4);
   const Guarded<Other> other(text<Other>("abc"));
   const Guarded<Ch> japanese(32);
   const PointRecord least_point{INT_MIN, INT_MIN};
@@ -92,6 +94,10 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
       SIZED("TextFileGets", "", 5, 1, 0, first_line(d, n)),
       SIZED("JournalOut", "m", 24, 0, 0, T::JournalOut(TX("j"), s, n, 0, Ch('/'))),
       SIZED("StatusGetString", "", 4, 1, 0, T::StatusGetString(status, d, n)),
+      SIZED("KZ_StatusGetData", "", 3, 1, 1, KZ_StatusGetData(status, tail(d, n), n)),
+      // A wait for more bytes than the file's 4 does not match at once.
+      SIZED("KZ_StatusIsDataWait", "", 5, 0, 0, KZ_StatusIsDataWait(data, tail(d, n), n, 0)),
+      SIZED("KZ_StatusSetData", "", 4, 1, 1, KZ_StatusSetData(status, tail(d, n), n)),
       SIZED("GetCommand", "d\\a.exe b", 10, 0, 0, T::GetCommand(s, d, n)),
       SIZED("GetCommandDirectory", "d\\a.exe b", 10, 0, 0, T::GetCommandDirectory(s, d, n)),
       SIZED("HexString", "", 35, kWidest, 0, T::HexString(~0u, d, 32, 1)),
@@ -119,32 +125,29 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
         EXPECT_EQ(got, whole);
         EXPECT_TRUE(dest.text() == whole_text);
       } else {
-        EXPECT_EQ(got, size == 0            ? row.at_zero
-                       : row.below == kFits ? size - 1
-                                            : row.below)
-            << "size " << size;
+        EXPECT_EQ(got, size == 0 ? row.at_zero : row.below == kFits ? size - 1 : row.below) << size;
       }
     }
   }
   KZ_StatusEndFile(status, 0);
+  KZ_StatusEndFile(data, 0);
 }
 
 template <class Ch>
 struct LimitRow {
   const char* name;
   std::size_t limit;    // elements, terminator included
-  const char* head;     // the text, with zeros put in at its "*"
+  std::string head;     // the text, with zeros put in at its "*" (the letter t at a "#")
   int32_t extra;        // elements of the text that the limit does not count
   std::int64_t within;  // result for a text of limit - 1 elements
   std::int64_t beyond;  // and for a longer one
   std::function<std::int64_t(const Ch* text)> call;
 };
 
-#define LIMITED(name, limit, head, extra, within, beyond, ...)   \
-  LimitRow<Ch> {                                                 \
-    name, limit, head, extra, within, beyond,                    \
-        [&](const Ch* s) -> std::int64_t { return __VA_ARGS__; } \
-  }
+// clang-format off
+#define LIMITED(name, limit, head, extra, within, beyond, ...) LimitRow<Ch>{name, limit, head, \
+    extra, within, beyond, [&](const Ch* s) -> std::int64_t { return __VA_ARGS__; }}
+// clang-format on
 
 KZ_TWIN_SUITE(GuardedLimits);
 
@@ -154,22 +157,26 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
   constexpr bool narrow = sizeof(Ch) == 1;
   TempDir dir;
   const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
-  const int32_t in_dir = -static_cast<int32_t>(dir.path().size() + 1);  // the path's folder part
+  const std::string in_dir = dir.path() + "\\";
+  // A file of 259 elements that the file rows find; the directory rows
+  // make one of 259 with its trailing backslash.
+  write_bytes(in_dir + "f" + std::string(258 - in_dir.size(), '0'), "abc");
   const Guarded<Ch> drive(3), directory(260), name(260), extension(260), command(260);
   StrList list{};
   DateTimeRecord date_time;
+  FILETIME moment;
   const auto made = [&](int32_t result) { return T::DeleteStrList(&list), result; };
   const auto created = [](StatusFileHandle* s) { return KZ_StatusEndFile(s, 0), s != nullptr; };
+  const auto opened = [](TextFileHandle* file) { return KZ_TextFileClose(file), file != nullptr; };
   const auto command_of = [](const Ch* s) {
     const auto size = std::char_traits<Ch>::length(s) + 1;
     const Guarded<Ch> out(size);
     return T::GetCommand(s, out.get(), static_cast<int32_t>(size));
   };
   // A variable holds at most 32,767 elements with its terminator.
-  const auto journal_under = [&](const Ch* root) {
-    const std::size_t length = std::min<std::size_t>(std::char_traits<Ch>::length(root), 32766);
-    const ScopedVariable long_root("KZ_JOURNAL_PATH", std::string(length, 'r').c_str());
-    return T::JournalOut(TX("j"), TX("m"), 64, 0, Ch('/'));
+  const auto under = [&](const char* variable, const Ch* value) {
+    const std::size_t length = std::min<std::size_t>(std::char_traits<Ch>::length(value), 32766);
+    return ScopedVariable(variable, std::string(length, 'r').c_str());
   };
   const std::vector<LimitRow<Ch>> rows = {
       LIMITED("GetDriveNumber", 260, "c:*", 0, 3, -1, T::GetDriveNumber(s)),
@@ -181,21 +188,35 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
       LIMITED("CmdLineList", 260, "*", 0, 1, !narrow, made(T::CmdLineList(s, &list))),
       LIMITED("GetCmdLineParam", 260, "x *", 0, 1, !narrow, made(T::GetCmdLineParam(s, &list))),
       LIMITED("GetCommand", 260, "*", 0, 1, !narrow, command_of(s)),
-      LIMITED("JournalOut", 260, "*", in_dir, 1, 0, T::JournalOut(s, TX("m"), 64, 0, Ch('/'))),
-      LIMITED("JournalOut root", 260, "*", 0, 0, 0, journal_under(s)),
-      LIMITED("StatusCreateFile", 260, "*", in_dir, 1, 0,
+      LIMITED("JournalOut", 260, "*", -int32_t(in_dir.size()), 1, 0,
+              T::JournalOut(s, TX("m"), 64, 0, Ch('/'))),
+      LIMITED("JournalOut root", 260, "*", 0, 0, 0,
+              (under("KZ_JOURNAL_PATH", s), T::JournalOut(TX("j"), TX("m"), 64, 0, Ch('/')))),
+      LIMITED("StatusCreateFile", 260, "*", -int32_t(in_dir.size()), 1, 0,
               created(T::StatusCreateFile(s, dir.at<Ch>().c_str()))),
+      LIMITED("StatusCreateFile Temp", 260, "*", 0, 0, 0,
+              (under("Temp", s), created(T::StatusCreateFile(TX("t"), nullptr)))),
+      LIMITED("TextFileOpen mode", 31, "r#", 0, 1, 0,
+              opened(T::TextFileOpen(dir.at<Ch>("f").c_str(), s, 0))),
+      LIMITED("CreateDirectory", 260, in_dir + "*\\", 0, 1, 0, T::CreateDirectory(s)),
+      LIMITED("CheckDirectory", 260, in_dir + "*\\", 0, 1, 0, T::CheckDirectory(s)),
+      LIMITED("CheckFile", 260, in_dir + "f*", 0, 1, 0, T::CheckFile(s)),
+      LIMITED("GetFileSize", 260, in_dir + "f*", 0, 3, 0xFFFFFFFF, T::GetFileSize(s, nullptr)),
+      LIMITED("GetFileTime", 260, in_dir + "f*", 0, 1, 0,
+              T::GetFileTime(s, nullptr, nullptr, &moment) != 0),
       LIMITED("StringDateTime", 32, "2024/1/*2 1:2:3", 6, 1, 0,
               T::StringDateTime(s, &date_time, Ch('/'), Ch(' '))),
       LIMITED("CheckStringDate", 23, "2024-01-0*1", 0, 1, -1,
               T::CheckStringDate(s, TX("2025-01-01"), TX("2024-06-01"), 1)),
   };
+  write_bytes(dir.path("f"), "");
   for (const LimitRow<Ch>& row : rows) {
     SCOPED_TRACE(row.name);
     for (const std::size_t length : {row.limit - 1, row.limit, row.limit + 1, std::size_t{32767}}) {
       std::string ascii = row.head;
-      const std::size_t zeros = length + static_cast<std::size_t>(row.extra) - (ascii.size() - 1);
-      ascii.replace(ascii.find('*'), 1, std::string(zeros, '0'));
+      const std::size_t at = ascii.find_first_of("*#");
+      const std::size_t fill = length + static_cast<std::size_t>(row.extra) - (ascii.size() - 1);
+      ascii.replace(at, 1, std::string(fill, ascii[at] == '*' ? '0' : 't'));
       const Guarded<Ch> source(text<Ch>(ascii));
       EXPECT_EQ(row.call(source.get()), length < row.limit ? row.within : row.beyond) << length;
     }

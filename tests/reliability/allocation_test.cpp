@@ -19,7 +19,7 @@ namespace {
 using Outcome = std::pair<std::int64_t, std::string>;
 
 // What a failed call leaves in its outputs, by the export's contract.
-enum Left { kNoAllocation, kKept, kEmpty, kZero, kBare };
+enum Left { kNo, kKept, kEmpty, kZero, kBare };
 constexpr std::int64_t kMinusOneOrZero = INT64_MIN;  // either result is a failure
 
 struct Row {
@@ -42,24 +42,18 @@ std::string bytes_of(const T& output) {
   return std::string(reinterpret_cast<const char*>(&output), sizeof output);
 }
 
-// A filled list as its strings, each with its terminator, read when the
-// outcome is made; the list is released. An empty list (count 0, no array)
-// gives no bytes.
+// A list as its strings, each closed by '|', behind a '+' where it holds an
+// array; the list is released.
 template <class Ch>
 struct Listed {
   StrList& list;
 };
 template <class Ch>
 std::string bytes_of(const Listed<Ch>& listed) {
-  StrList& list = listed.list;
-  std::string out = list.count == 0 && list.strings == nullptr ? "" : "+";
-  for (int32_t i = 0; i < list.count; ++i) {
-    const auto* entry = static_cast<const Ch*>(list.strings[i]);
-    out.append(reinterpret_cast<const char*>(entry),
-               (std::char_traits<Ch>::length(entry) + 1) * sizeof(Ch));
-  }
-  KZ_DeleteStrListW(&list);
-  return out;
+  const std::string mark = listed.list.strings != nullptr ? "+" : "";
+  const std::basic_string<Ch> entries = take<Ch>(listed.list);
+  return mark +
+         std::string(reinterpret_cast<const char*>(entries.data()), entries.size() * sizeof(Ch));
 }
 
 template <class... T>
@@ -83,33 +77,21 @@ bool failed_as(const Row& row, const Outcome& got) {
 // where the table claims the call makes none. The arguments are the call
 // and the outputs it leaves; a twin's call sees Ch, T = Twin<Ch>, an output
 // o of 64 elements filled with the sentinel, and a list l (output: list).
-#define ONE(name, left, failure, ...)                          \
-  Row {                                                        \
-#name, left, failure, 1, [&] { return done(__VA_ARGS__); } \
-  }
-#define TWIN(name, Ch_, left, failure, ...)      \
-  Row {                                          \
-    name, left, failure, sizeof(Ch_), [&] {      \
-      using Ch [[maybe_unused]] = Ch_;           \
-      using T [[maybe_unused]] = Twin<Ch_>;      \
-      Ch o[64];                                  \
-      StrList l{};                               \
-      [[maybe_unused]] const Listed<Ch> list{l}; \
-      fresh(o);                                  \
-      return done(__VA_ARGS__);                  \
-    }                                            \
-  }
-// The names are made here, before a platform macro (CreateDirectory) can
-// replace them.
-#define TWINS(name, left_a, left_w, failure, ...)           \
-  TWIN("KZ_" name "A", char, left_a, failure, __VA_ARGS__), \
-      TWIN("KZ_" name "W", wchar, left_w, failure, __VA_ARGS__)
+// The names are made in TWINS, before a platform macro (CreateDirectory)
+// can replace them.
+// clang-format off
+#define ONE(name, left, fails, ...) Row{#name, left, fails, 1, [&] { return done(__VA_ARGS__); }}
+#define NONE1(name, ...) ONE(name, kNo, 0, ((void)(__VA_ARGS__), 0))
+#define TWIN(name, Ch_, left, failure, ...) Row{name, left, failure, sizeof(Ch_), [&] {          \
+    using Ch [[maybe_unused]] = Ch_; using T [[maybe_unused]] = Twin<Ch_>; Ch o[64]; StrList l{}; \
+    [[maybe_unused]] const Listed<Ch> list{l}; return fresh(o), done(__VA_ARGS__); }}
+#define TWINS(name, left_a, left_w, failure, ...) TWIN("KZ_" name "A", char, left_a, failure, \
+    __VA_ARGS__), TWIN("KZ_" name "W", wchar, left_w, failure, __VA_ARGS__)
 #define TWO(name, left, failure, ...) TWINS(#name, left, left, failure, __VA_ARGS__)
 #define A_ONLY(name, left, failure, ...) TWINS(#name, left, kNo, failure, __VA_ARGS__)
 #define W_ONLY(name, left, failure, ...) TWINS(#name, kNo, left, failure, __VA_ARGS__)
 #define NONE(name, ...) TWINS(#name, kNo, kNo, 0, ((void)(__VA_ARGS__), 0))
-#define NONE1(name, ...) ONE(name, kNo, 0, ((void)(__VA_ARGS__), 0))
-constexpr Left kNo = kNoAllocation;
+// clang-format on
 
 std::set<std::string> exported_names() {
   std::ifstream map(KZ_EXPORT_MAP);
@@ -125,17 +107,17 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
   const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
   // Files the text-file rows read and write: each twin takes the route that
   // converts, so a narrow and a wide file of lines enough for every run.
+  TextFileHandle *reads[2], *writes[2];
   for (const int wide : {0, 1}) {
-    TextFileHandle* file = KZ_TextFileOpenA(dir.path(wide ? "w.txt" : "n.txt").c_str(), "w", wide);
+    const std::string name = wide ? "w" : "n";
+    TextFileHandle* file = KZ_TextFileOpenA(dir.path(name + ".txt").c_str(), "w", wide);
     for (int i = 0; i < 2000; ++i) KZ_TextFilePutsA(file, "abc");
     KZ_TextFileClose(file);
+    reads[wide] = KZ_TextFileOpenA(dir.path(name + ".txt").c_str(), "r", wide);
+    writes[wide] = KZ_TextFileOpenA(dir.path(name + "2.txt").c_str(), "a", wide);
   }
-  TextFileHandle* narrow_in = KZ_TextFileOpenA(dir.path("n.txt").c_str(), "r", 0);
-  TextFileHandle* wide_in = KZ_TextFileOpenA(dir.path("w.txt").c_str(), "r", 1);
-  TextFileHandle* narrow_out = KZ_TextFileOpenA(dir.path("n2.txt").c_str(), "a", 0);
-  TextFileHandle* wide_out = KZ_TextFileOpenA(dir.path("w2.txt").c_str(), "a", 1);
   StatusFileHandle* status = KZ_StatusCreateFileA("s", dir.path().c_str());
-  ASSERT_TRUE(narrow_in && wide_in && narrow_out && wide_out && status);
+  ASSERT_TRUE(reads[0] && reads[1] && writes[0] && writes[1] && status);
   KZ_StatusSetStringA(status, "abc");
   const auto opened = [](TextFileHandle* file) { return KZ_TextFileClose(file), file != nullptr; };
   const auto created = [](StatusFileHandle* s) { return KZ_StatusEndFile(s, 0), s != nullptr; };
@@ -240,13 +222,12 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
       NONE(GetFileTime, T::GetFileTime(dir.at<Ch>("n.txt").c_str(), &moment, nullptr, nullptr)),
       TWO(TextFileOpen, kBare, 0, opened(T::TextFileOpen(dir.at<Ch>("n.txt").c_str(), TX("r"), 0))),
       NONE1(KZ_TextFileClose, (KZ_TextFileClose(nullptr), 0)),
-      TWO(TextFileGets, kKept, 0, T::TextFileGets(sizeof(Ch) == 1 ? wide_in : narrow_in, o, 8), o),
-      TWO(TextFilePuts, kBare, 0,
-          T::TextFilePuts(sizeof(Ch) == 1 ? wide_out : narrow_out, TX("a"))),
-      NONE1(KZ_TextFileEof, KZ_TextFileEof(narrow_in)),
-      NONE1(KZ_TextFileError, KZ_TextFileError(narrow_in)),
-      NONE1(KZ_TextFileSeek, KZ_TextFileSeek(narrow_in, 0, 1)),
-      NONE1(KZ_TextFileHandle, KZ_TextFileHandle(narrow_in) != nullptr),
+      TWO(TextFileGets, kKept, 0, T::TextFileGets(reads[sizeof(Ch) == 1], o, 8), o),
+      TWO(TextFilePuts, kBare, 0, T::TextFilePuts(writes[sizeof(Ch) == 1], TX("a"))),
+      NONE1(KZ_TextFileEof, KZ_TextFileEof(reads[0])),
+      NONE1(KZ_TextFileError, KZ_TextFileError(reads[0])),
+      NONE1(KZ_TextFileSeek, KZ_TextFileSeek(reads[0], 0, 1)),
+      NONE1(KZ_TextFileHandle, KZ_TextFileHandle(reads[0]) != nullptr),
       TWO(JournalOut, kBare, 0,
           T::JournalOut(TX(sizeof(Ch) == 1 ? "a" : "w"), TX("m"), 64, sizeof(Ch) == 1, Ch('/'))),
       TWO(StatusCreateFile, kBare, 0, created(T::StatusCreateFile(TX("t"), dir.at<Ch>().c_str()))),
@@ -276,7 +257,7 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
     const Outcome clean = row.call();
     const long made = alloc_faults::attempts();
     alloc_faults::disarm();
-    EXPECT_EQ(made > 0, row.left != kNoAllocation) << made << " allocations";
+    EXPECT_EQ(made > 0, row.left != kNo) << made << " allocations";
     if (made == 0) continue;
     for_each_allocation_failure([&] {
       // A call that got by without the failed block gives what it gives
@@ -288,7 +269,7 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
   }
   EXPECT_EQ(named, exported_names());
 
-  for (TextFileHandle* file : {narrow_in, wide_in, narrow_out, wide_out}) KZ_TextFileClose(file);
+  for (TextFileHandle* file : {reads[0], reads[1], writes[0], writes[1]}) KZ_TextFileClose(file);
   KZ_StatusEndFile(status, 0);
 }
 

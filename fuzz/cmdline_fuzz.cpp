@@ -7,19 +7,15 @@
 // Input: a size byte, then the elements (narrow: bytes; wide: the bytes in
 // pairs). The text is the elements up to the first 0; the selection is all
 // of them with two terminators added.
-#include <vector>
-
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
-using kz::fuzz::length;
+using namespace kz::fuzz;
 
 template <class Ch>
 void drive(std::basic_string<Ch> elements, int32_t size) {
-  using Api = kz::test::Twin<Ch>;
+  using Api = Twin<Ch>;
   const std::vector<Ch> line(elements.c_str(), elements.c_str() + length(elements.c_str()) + 1);
 
   // The parameters are the list without its first element, in order.
@@ -63,9 +59,9 @@ void drive(std::basic_string<Ch> elements, int32_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
   const int32_t buffer_size = static_cast<int32_t>(data[0]) - 2;  // -2 to 253
-  std::basic_string<KZ_WCHAR> wide;
+  std::basic_string<wchar> wide;
   for (std::size_t i = 1; i + 1 < size; i += 2)
-    wide.push_back(static_cast<KZ_WCHAR>(data[i] | (data[i + 1] << 8)));
+    wide.push_back(static_cast<wchar>(data[i] | (data[i + 1] << 8)));
   drive(std::string(data + 1, data + size), buffer_size);
   drive(wide, buffer_size);
   return 0;

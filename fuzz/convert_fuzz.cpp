@@ -14,7 +14,7 @@
 
 namespace {
 
-using kz::fuzz::check;
+using namespace kz::fuzz;
 
 // Converts a terminated text into an exact block of a selected size (small
 // sizes, or sizes around the one needed): the result counts the terminator
@@ -49,11 +49,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size < 2) return 0;
   const std::string rest(reinterpret_cast<const char*>(data) + 2, size - 2);
   const std::string bytes(rest.substr(0, rest.size() / 2).c_str());
-  const auto units = kz::fuzz::wide_units(rest.substr(rest.size() / 2));
+  const auto units = wide_units(rest.substr(rest.size() / 2));
   const auto decoded = kz::test::model_decode(bytes);
   if (const auto wide = converts(KZ_SJIS2UNICODE, bytes, decoded, data[0])) {
     // Back again, with the size needed: the bytes of each decoded unit.
-    converts(KZ_UNICODE2SJIS, std::basic_string<KZ_WCHAR>(wide.get()),
+    converts(KZ_UNICODE2SJIS, std::basic_string<wchar>(wide.get()),
              kz::test::model_encode(decoded.text), 130);
   }
   converts(KZ_UNICODE2SJIS, units,

@@ -3,23 +3,20 @@
 // byte 0 the date delimiter, byte 1 the separator, then up to three texts
 // separated by newlines (start, end, target). Every text lies in a heap
 // block of exactly its size, so a read past its terminator shows.
-#include <vector>
-
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
+using namespace kz::fuzz;
 
 // Reads each text every way; a moment read from text is written back and
 // read again: the same moment. Then the range checks over the three texts.
 template <class Ch>
 void drive(const std::basic_string<Ch>* texts, Ch delimiter, Ch separator, int32_t inclusive) {
-  using Api = kz::test::Twin<Ch>;
+  using Api = Twin<Ch>;
   std::vector<Ch> blocks[3];
   for (int k = 0; k < 3; ++k) {
-    blocks[k].assign(texts[k].c_str(), texts[k].c_str() + texts[k].size() + 1);
+    blocks[k] = exact(texts[k]);
     const Ch* text = blocks[k].data();
     DateRecord date;
     TimeRecord time;
@@ -57,14 +54,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   // Wide texts two ways: each byte widened (dates in ASCII stay dates) and
   // pairs of bytes as 16-bit units.
-  std::basic_string<KZ_WCHAR> widened[3], paired[3];
+  std::basic_string<wchar> widened[3], paired[3];
   for (std::size_t k = 0; k < 3; ++k) {
     for (unsigned char byte : texts[k]) widened[k].push_back(byte);
-    paired[k] = kz::fuzz::wide_units(texts[k]);
+    paired[k] = wide_units(texts[k]);
   }
   const int32_t inclusive = data[0] & 1;
   drive(texts, static_cast<char>(data[0]), static_cast<char>(data[1]), inclusive);
   for (const auto* wide : {widened, paired})
-    drive(wide, static_cast<KZ_WCHAR>(data[0]), static_cast<KZ_WCHAR>(data[1]), inclusive);
+    drive(wide, static_cast<wchar>(data[0]), static_cast<wchar>(data[1]), inclusive);
   return 0;
 }

@@ -7,14 +7,13 @@
 // Input: a size byte, a group byte, a width byte, a style byte, a
 // delimiter byte, eight value bytes, then the text (narrow: the bytes up to
 // the first NUL; wide: the bytes in pairs).
-#include <vector>
+#include <cstring>
 
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
+using namespace kz::fuzz;
 
 struct Params {
   int32_t size;   // -1 to 62
@@ -27,8 +26,8 @@ struct Params {
 
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, const Params& p) {
-  using Api = kz::test::Twin<Ch>;
-  const std::vector<Ch> src(text.c_str(), text.c_str() + text.size() + 1);
+  using Api = Twin<Ch>;
+  const std::vector<Ch> src = exact(text);
   const auto n = static_cast<int32_t>(text.size());
   const Ch delimiter = static_cast<Ch>(p.delimiter);
 
@@ -45,10 +44,7 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
     if (written >= 0 && delimiter != 0)
       check(std::char_traits<Ch>::length(grouped.data()) == static_cast<std::size_t>(written));
     if (sizeof(Ch) == 1 && numeric == 0) check(written == -1);
-  }
-
-  // Coinage text of the value, and back.
-  if (p.size >= 0) {
+    // Coinage text of the value, and back.
     std::vector<Ch> coinage(static_cast<std::size_t>(p.size + 1));
     const auto value = static_cast<int64_t>(p.value);
     if (Api::CoinageStringLongLong(value, coinage.data(), p.size) >= 0)
@@ -61,10 +57,8 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
     if (Api::CoinageStringDWord(static_cast<uint32_t>(low), coinage.data(), p.size) >= 0)
       check(Api::StringCoinageDWord(coinage.data()) == static_cast<uint32_t>(low));
   }
-  Api::StringCoinageInt(src.data());
-  Api::StringCoinageDWord(src.data());
-  Api::StringCoinageLongLong(src.data());
-  Api::StringCoinageULongLong(src.data());
+  (Api::StringCoinageInt(src.data()), Api::StringCoinageDWord(src.data()));
+  (Api::StringCoinageLongLong(src.data()), Api::StringCoinageULongLong(src.data()));
 
   // Hexadecimal text: 35 elements hold the longest.
   int32_t valid = -1;
@@ -98,8 +92,7 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
     check(Api::StringPoint(point_text.data(), &point, delimiter) == 1 &&
           point.x == written_point.x && point.y == written_point.y);
     check(Api::StringRect(rect_text.data(), &rect, delimiter) == 1 &&
-          rect.left == written_rect.left && rect.top == written_rect.top &&
-          rect.right == written_rect.right && rect.bottom == written_rect.bottom);
+          std::memcmp(&rect, &written_rect, sizeof rect) == 0);
   }
 }
 
@@ -109,8 +102,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size < 13) return 0;
   Params p{data[0] % 64 - 1, data[1] % 8 - 1, data[2] % 37 - 2, data[3] % 8 - 1, data[4], 0};
   for (int i = 0; i < 8; ++i) p.value |= static_cast<uint64_t>(data[5 + i]) << (8 * i);
-  const std::string bytes(reinterpret_cast<const char*>(data) + 13, size - 13);
-  drive(std::string(bytes.c_str()), p);
-  drive(kz::fuzz::wide_units(bytes), p);
+  both_twins(data, size, 13, [&](const auto& text) { drive(text, p); });
   return 0;
 }

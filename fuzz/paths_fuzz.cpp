@@ -6,20 +6,16 @@
 //
 // Input: a size byte, then the path (narrow: the bytes up to the first NUL;
 // wide: the bytes in pairs).
-#include <vector>
-
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
-using kz::fuzz::length;
+using namespace kz::fuzz;
 
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, int32_t size) {
-  using Api = kz::test::Twin<Ch>;
-  const std::vector<Ch> path(text.c_str(), text.c_str() + text.size() + 1);
+  using Api = Twin<Ch>;
+  const std::vector<Ch> path = exact(text);
   const auto n = static_cast<int32_t>(text.size());
   check(Api::GetDriveNumber(path.data()) == -1 || (n >= 2 && path[1] == Ch(':')));
 
@@ -53,8 +49,6 @@ void drive(const std::basic_string<Ch>& text, int32_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
   const int32_t room = static_cast<int32_t>(data[0]) - 1;
-  const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
-  drive(std::string(bytes.c_str()), room);
-  drive(kz::fuzz::wide_units(bytes), room);
+  both_twins(data, size, 1, [&](const auto& text) { drive(text, room); });
   return 0;
 }

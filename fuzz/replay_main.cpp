@@ -10,16 +10,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: %s CORPUS-DIRECTORY\n", argv[0]);
-    return 2;
-  }
+  if (argc != 2) return std::fprintf(stderr, "usage: %s CORPUS-DIRECTORY\n", argv[0]), 2;
   std::size_t replayed = 0;
   for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
     if (!entry.is_regular_file()) continue;
     std::ifstream file(entry.path(), std::ios::binary);
-    const std::vector<std::uint8_t> input((std::istreambuf_iterator<char>(file)),
-                                          std::istreambuf_iterator<char>());
+    const std::vector<std::uint8_t> input(std::istreambuf_iterator<char>(file), {});
     LLVMFuzzerTestOneInput(input.data(), input.size());
     ++replayed;
   }

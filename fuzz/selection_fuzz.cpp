@@ -5,19 +5,13 @@
 //
 // Input: a size byte, then the selection's elements (two terminators are
 // added behind them).
-#include <cstdint>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
-using kz::test::Twin;
-using wchar = KZ_WCHAR;
+using namespace kz::fuzz;
 
 // The paths that the selection names as the walk bounded by size takes
 // them: the first text alone for a count of 1, else directory\name.

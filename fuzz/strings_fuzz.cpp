@@ -6,29 +6,26 @@
 // Input: delimiter, a size byte, a flag byte, two key bytes, then the text
 // (narrow: the bytes up to the first NUL; wide: the bytes in pairs).
 #include <algorithm>
-#include <vector>
 
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
+using namespace kz::fuzz;
 
-// Whether an exact block holds a terminated text of fewer than `limit`
-// elements.
+// Whether an exact block holds a terminated text of `result` elements,
+// fewer than `limit`.
 template <class Ch>
 bool terminated_below(const std::vector<Ch>& block, int32_t result, int32_t limit) {
-  for (int32_t i = 0; i < static_cast<int32_t>(block.size()); ++i)
-    if (block[i] == 0) return i == result && i < limit;
-  return false;
+  const auto end = std::find(block.begin(), block.end(), Ch{0});
+  return end != block.end() && end - block.begin() == result && result < limit;
 }
 
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool quotes, bool mask,
            uint16_t key) {
-  using Api = kz::test::Twin<Ch>;
-  const std::vector<Ch> src(text.c_str(), text.c_str() + text.size() + 1);
+  using Api = Twin<Ch>;
+  const std::vector<Ch> src = exact(text);
   const auto n = static_cast<int32_t>(text.size());
   const int32_t count = Api::GetCodeCount(src.data(), delimiter);
   const int32_t span = Api::GetCodeLength(src.data(), delimiter);
@@ -50,7 +47,7 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
   if (Api::StringSplit(src.data(), delimiter, &list, quotes) == 1) {
     check(list.count == count + 1);
     for (int32_t i = 0; i < list.count; ++i)
-      check(std::basic_string<Ch>(static_cast<const Ch*>(list.strings[i])).size() <= text.size());
+      check(length(static_cast<const Ch*>(list.strings[i])) <= text.size());
     Api::DeleteStrList(&list);
   } else {
     check(n == 0 && list.count == 0 && list.strings == nullptr);
@@ -62,6 +59,7 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
     if (room <= 0) continue;
     std::vector<Ch> dst(static_cast<std::size_t>(room));
     const auto within = [&](int32_t result) { check(terminated_below(dst, result, room)); };
+    const auto terminated = [&] { return std::find(dst.begin(), dst.end(), Ch{0}) != dst.end(); };
     within(Api::StringTrimLeft(dst.data(), src.data(), room, delimiter));
     within(Api::StringTrimRight(dst.data(), src.data(), room, delimiter));
     within(Api::StringTrim(dst.data(), src.data(), room, delimiter));
@@ -71,7 +69,6 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
     check(got == 0 || got == take);
     const Ch open[] = {delimiter, 0}, close[] = {static_cast<Ch>(key & 0x7F), 0};
     check(Api::StringGetQuoted(src.data(), dst.data(), room, open, close) < room);
-    const auto terminated = [&] { return std::find(dst.begin(), dst.end(), Ch{0}) != dst.end(); };
     Api::SetDoublequote(src.data(), dst.data(), room);
     check(terminated());
     Api::DelDoublequote(src.data(), dst.data(), room);
@@ -89,14 +86,14 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
   check(Api::StringPassword(key, masked.data(), back.data(), masked_size, 0) == units / 4);
   std::vector<Ch> expected = src;
   if constexpr (sizeof(Ch) == 1) {
-    std::vector<KZ_WCHAR> wide(static_cast<std::size_t>(n + 1));
+    std::vector<wchar> wide(static_cast<std::size_t>(n + 1));
     KZ_SJIS2UNICODE(src.data(), wide.data(), n + 1);
     expected.resize(masked.size());
     KZ_UNICODE2SJIS(wide.data(), expected.data(), masked_size);
   } else {
     check(units == 4 * n);
   }
-  check(std::basic_string<Ch>(back.data()) == std::basic_string<Ch>(expected.data()));
+  check(std::basic_string<Ch>(back.data()) == expected.data());
 }
 
 }  // namespace
@@ -104,10 +101,10 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 5) return 0;
   const int32_t room = static_cast<int32_t>(data[1]) - 2;
-  const bool quotes = (data[2] & 1) != 0, mask = (data[2] & 2) != 0;
   const auto key = static_cast<uint16_t>(data[3] | (data[4] << 8));
-  const std::string bytes(reinterpret_cast<const char*>(data) + 5, size - 5);
-  drive(std::string(bytes.c_str()), static_cast<char>(data[0]), room, quotes, mask, key);
-  drive(kz::fuzz::wide_units(bytes), static_cast<KZ_WCHAR>(data[0]), room, quotes, mask, key);
+  both_twins(data, size, 5, [&](const auto& text) {
+    using Ch = typename std::decay_t<decltype(text)>::value_type;
+    drive(text, static_cast<Ch>(data[0]), room, (data[2] & 1) != 0, (data[2] & 2) != 0, key);
+  });
   return 0;
 }

@@ -8,22 +8,14 @@
 // byte, then the file's bytes.
 #include <unistd.h>
 
-#include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
 #include "fuzz_support.h"
-#include "twins.h"
 
 namespace {
 
-using kz::fuzz::check;
-using kz::fuzz::length;
-using kz::test::Twin;
-using wchar = KZ_WCHAR;
+using namespace kz::fuzz;
 
 const std::string kRoot = "/dev/shm/kz-fuzz-" + std::to_string(getpid());
 const std::string kFile = kRoot + "/lines.txt";
@@ -46,17 +38,15 @@ void read_both(const std::string& bytes, int32_t wide, int32_t size) {
     check(got_narrow == got_wide);
     if (got_narrow == 0) break;
     if (wide == 0) {
-      KZ_SJIS2UNICODE(narrow.data(), converted_units.data(), size);
-      converted_units[size - 1] = 0;
+      (KZ_SJIS2UNICODE(narrow.data(), converted_units.data(), size), converted_units[size - 1] = 0);
       check(std::basic_string<wchar>(units.data()) == converted_units.data());
     } else {
-      KZ_UNICODE2SJIS(units.data(), converted_narrow.data(), size);
-      converted_narrow[size - 1] = 0;
+      (KZ_UNICODE2SJIS(units.data(), converted_narrow.data(), size),
+       converted_narrow[size - 1] = 0);
       check(std::string(narrow.data()) == converted_narrow.data());
     }
   }
-  KZ_TextFileClose(narrow_file);
-  KZ_TextFileClose(wide_file);
+  (KZ_TextFileClose(narrow_file), KZ_TextFileClose(wide_file));
 }
 
 // Each line written by a twin comes back whole through the same twin on a
@@ -103,18 +93,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // The lines are the input's text split at its newlines; a CR that ends a
   // line would merge with the newline on the way back, and is left out.
   std::vector<std::string> lines(1);
-  for (char c : std::string(bytes.c_str()))
-    if (c == '\n')
-      lines.emplace_back();
-    else if (c != '\r')
-      lines.back().push_back(c);
-  if ((data[0] & 0x80) == 0) {
-    write_and_read(lines, wide);
-  } else {
-    std::vector<std::basic_string<wchar>> units;
-    for (const auto& line : lines) units.push_back(kz::fuzz::wide_units(line));
-    write_and_read(units, wide);
+  for (char c : std::string(bytes.c_str())) {
+    if (c == '\n') lines.emplace_back();
+    if (c != '\n' && c != '\r') lines.back().push_back(c);
   }
+  std::vector<std::basic_string<wchar>> units;
+  for (const auto& line : lines) units.push_back(wide_units(line));
+  (data[0] & 0x80) == 0 ? write_and_read(lines, wide) : write_and_read(units, wide);
 
   // One journal line, with the line size drawn from the input: a size that
   // holds the stamp, the separator and the message writes exactly that.

@@ -37,12 +37,12 @@ class Guarded {
   Guarded(const Guarded&) = delete;
 
   T* get() const { return data_; }
-  // The text up to the terminator, or "(unterminated)" when the buffer
+  // The text up to the terminator, or 14 question marks when the buffer
   // holds none.
   std::basic_string<T> text() const {
-    const T* end = std::find(data_, data_ + count_, T{0});
-    return end == data_ + count_ ? std::basic_string<T>(14, T('?'))
-                                 : std::basic_string<T>(data_, end);
+    const T *begin = data_, *end = std::find(begin, begin + count_, T{0});
+    return end == begin + count_ ? std::basic_string<T>(14, T('?'))
+                                 : std::basic_string<T>(begin, end);
   }
 
  private:

@@ -97,6 +97,10 @@ int dispatch_helper(int argc, char** argv) {
   return 2;
 }
 
+int run_this_program(const std::vector<std::string>& arguments) {
+  return wait_for(start_this_program(arguments));
+}
+
 int helper_status(const std::vector<std::string>& arguments) {
   std::vector<std::string> line{"--kz-helper"};
   line.insert(line.end(), arguments.begin(), arguments.end());

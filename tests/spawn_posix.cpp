@@ -34,8 +34,4 @@ int wait_for(std::intptr_t child) {
 
 void kill_program(std::intptr_t child) { ::kill(static_cast<pid_t>(child), SIGKILL); }
 
-int run_this_program(const std::vector<std::string>& arguments) {
-  return wait_for(start_this_program(arguments));
-}
-
 }  // namespace kz::test

@@ -54,8 +54,4 @@ void kill_program(std::intptr_t child) {
   TerminateProcess(reinterpret_cast<HANDLE>(child), kKilled);
 }
 
-int run_this_program(const std::vector<std::string>& arguments) {
-  return wait_for(start_this_program(arguments));
-}
-
 }  // namespace kz::test

@@ -18,38 +18,29 @@ KZ_TWIN_SUITE(BoundedCopy);
 TYPED_TEST(BoundedCopy, FitsExactlyOrLeavesTheDestinationEmpty) {
   using Ch = TypeParam;
   using T = kz::Text<Ch>;
-  const struct {
-    std::size_t size;
-    int count, result;
-    const char* expected;  // null: untouched
-    bool null_dst = false, null_src = false;
-  } cases[] = {{5, 0, 0, "abcd"},
-               {4, 0, os::kERANGE, ""},
-               {3, 2, 0, "ab"},
-               {2, 2, os::kERANGE, ""},
-               {8, 9, 0, "abcd"},
-               {8, -2, 0, ""},
-               {5, -1, 0, "abcd"},
-               {4, -1, os::kERANGE, ""},
-               {2, -1, os::kEINVAL, ""},
-               {0, 0, os::kEINVAL, nullptr},
-               {4, 0, os::kEINVAL, "", false, true},
-               {4, 0, os::kEINVAL, nullptr, true}};
-  for (const auto& c : cases) {
+  // size, count, result, expected (null: untouched), null dst, null src
+  const std::tuple<std::size_t, int, int, const char*, bool, bool> cases[] = {
+      {5, 0, 0, "abcd", false, false},        {4, 0, os::kERANGE, "", false, false},
+      {3, 2, 0, "ab", false, false},          {2, 2, os::kERANGE, "", false, false},
+      {8, 9, 0, "abcd", false, false},        {8, -2, 0, "", false, false},
+      {5, -1, 0, "abcd", false, false},       {4, -1, os::kERANGE, "", false, false},
+      {2, -1, os::kEINVAL, "", false, false}, {0, 0, os::kEINVAL, nullptr, false, false},
+      {4, 0, os::kEINVAL, "", false, true},   {4, 0, os::kEINVAL, nullptr, true, false}};
+  for (const auto& [size, count, result, expected, null_dst, null_src] : cases) {
     auto buffer = sentinel_buffer<Ch>(8);
-    if (c.count == -1) buffer[0] = 'a', buffer[1] = 'b', buffer[2] = 0;
-    const auto text_in = text<Ch>(c.count == -1 ? "cd" : "abcd");
-    Ch* dst = c.null_dst ? nullptr : buffer.data();
-    const Ch* src = c.null_src ? nullptr : text_in.c_str();
-    EXPECT_EQ(c.count == -1  ? T::append(dst, c.size, src)
-              : c.count == 0 ? T::copy(dst, c.size, src)
-                             : T::copy_n(dst, c.size, src, c.count < 0 ? 0 : c.count),
-              c.result)
-        << "size " << c.size << " count " << c.count;
-    EXPECT_TRUE(c.expected ? holds(buffer, text<Ch>(c.expected), 0,
-                                   std::max<std::size_t>(c.size, c.count == -1 ? 3 : 0))
-                           : untouched_from(buffer, 0))
-        << "size " << c.size << " count " << c.count;
+    if (count == -1) buffer[0] = 'a', buffer[1] = 'b', buffer[2] = 0;
+    const auto text_in = text<Ch>(count == -1 ? "cd" : "abcd");
+    Ch* dst = null_dst ? nullptr : buffer.data();
+    const Ch* src = null_src ? nullptr : text_in.c_str();
+    EXPECT_EQ(count == -1  ? T::append(dst, size, src)
+              : count == 0 ? T::copy(dst, size, src)
+                           : T::copy_n(dst, size, src, count < 0 ? 0 : count),
+              result)
+        << "size " << size << " count " << count;
+    EXPECT_TRUE(expected ? holds(buffer, text<Ch>(expected), 0,
+                                 std::max<std::size_t>(size, count == -1 ? 3 : 0))
+                         : untouched_from(buffer, 0))
+        << "size " << size << " count " << count;
   }
 }
 

@@ -26,31 +26,29 @@ TEST(PairTest, AnswersByTheTwoBytesInFront) {
 // zero-filled up to size; nothing is ever written at or behind size.
 // "日本語" is three units and six bytes.
 TEST(Conversion, ResultsAndSizesBothWays) {
-  struct Case {
-    const char *sjis, *utf8;
-    int32_t size, to_wide, to_narrow;
-  } cases[] = {{"", "", 6, -1, -1},
-               {"abc", "abc", 5, 5, 5},
-               {"abc", "abc", 4, 5, 5},
-               {"abc", "abc", 3, 1, 1},
-               {"abc", "abc", 0, 5, 5},
-               {"abc", "abc", -1, 1, 1},
-               {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 7, 5, 8},
-               {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 6, 5, 1}};
-  for (const auto& c : cases) {
-    const auto wide_text = utf16(c.utf8);
+  const std::tuple<const char*, const char*, int32_t, int32_t, int32_t> cases[] = {
+      {"", "", 6, -1, -1},
+      {"abc", "abc", 5, 5, 5},
+      {"abc", "abc", 4, 5, 5},
+      {"abc", "abc", 3, 1, 1},
+      {"abc", "abc", 0, 5, 5},
+      {"abc", "abc", -1, 1, 1},
+      {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 7, 5, 8},
+      {"\x93\xFA\x96\x7B\x8C\xEA", "日本語", 6, 5, 1}};
+  for (const auto& [sjis, utf8_text, size_in, to_wide, to_narrow] : cases) {
+    const auto wide_text = utf16(utf8_text);
     auto wide = sentinel_buffer<wchar>(8);
     auto narrow = sentinel_buffer<char>(8);
-    EXPECT_EQ(KZ_SJIS2UNICODE(c.sjis, wide.data(), c.size), c.to_wide) << c.utf8 << " " << c.size;
-    EXPECT_EQ(KZ_UNICODE2SJIS(wide_text.c_str(), narrow.data(), c.size), c.to_narrow)
-        << c.utf8 << " " << c.size;
-    const auto size = static_cast<std::size_t>(std::max(c.size, 0));
-    EXPECT_TRUE(c.to_wide == 1 || size == 0 ? untouched_from(wide, size)
-                                            : holds(wide, wide_text, size, size))
-        << c.utf8 << " " << c.size;
-    EXPECT_TRUE(c.to_narrow == 1 || size == 0 ? untouched_from(narrow, size)
-                                              : holds(narrow, c.sjis, size, size))
-        << c.utf8 << " " << c.size;
+    EXPECT_EQ(KZ_SJIS2UNICODE(sjis, wide.data(), size_in), to_wide) << utf8_text << " " << size_in;
+    EXPECT_EQ(KZ_UNICODE2SJIS(wide_text.c_str(), narrow.data(), size_in), to_narrow)
+        << utf8_text << " " << size_in;
+    const auto size = static_cast<std::size_t>(std::max(size_in, 0));
+    EXPECT_TRUE(to_wide == 1 || size == 0 ? untouched_from(wide, size)
+                                          : holds(wide, wide_text, size, size))
+        << utf8_text << " " << size_in;
+    EXPECT_TRUE(to_narrow == 1 || size == 0 ? untouched_from(narrow, size)
+                                            : holds(narrow, sjis, size, size))
+        << utf8_text << " " << size_in;
   }
 }
 

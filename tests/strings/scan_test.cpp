@@ -27,51 +27,44 @@ constexpr bool kAfter = true;
 // consumed quote, which is compared without a pair test.
 TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
   using Ch = TypeParam;
-  const struct {
-    bool after;
-    const char* src;
-    int32_t limit, quotes;
-    const char* expected;  // null: dst untouched
-    char delimiter = ',';
-    Only only = kBoth;
-  } cases[] = {{kCopy, "ab,cd", 100, 0, "ab"},
-               {kCopy, "abc", 2, 0, "ab"},
-               {kCopy, "abc", -1, 0, ""},
-               {kCopy, "\"a,b\",c", 100, 1, "a,b"},
-               {kCopy, "\"a,b\",c", 100, 0, "\"a"},
-               {kCopy, "a\"\"b,c", 100, 1, "a\"b,c"},
-               {kCopy, "abc\"", 100, 1, "abc"},
-               {kCopy, "\"abc", 3, 1, "ab"},
-               {kCopy, "ab\"cd", 3, 1, "abc"},
-               {kAfter, "ab,cd", 100, 0, "cd"},
-               {kAfter, "abcdef", 3, 0, "ef"},
-               {kAfter, ",cde", 4, 0, "cde"},
-               {kAfter, ",cde", 3, 0, ""},
-               {kAfter, ",ab", 0, 0, nullptr},
-               {kAfter, "abc", 100, 1, ""},
-               {kCopy, "a\x95\\b", 100, 1, "a\x95", '\\', kNarrow},
-               {kCopy, "ab\x81", 100, 1, "ab\x81", ',', kNarrow},
-               {kCopy, "x\x83\\y", 100, 1, "x\x83\\y", '\x83', kNarrow},
-               {kCopy, "\"x\"\x83\x5C", 100, 1, "x", '\x83', kNarrow},
-               {kAfter, "a\x95\\bc", 100, 0, "bc", '\\', kNarrow}};
-  for (const auto& c : cases) {
-    if (!runs<Ch>(c.only)) continue;
+  // after, src, limit, quotes, expected (null: dst untouched), delimiter
+  const std::tuple<bool, const char*, int32_t, int32_t, const char*, char, Only> cases[] = {
+      {kCopy, "ab,cd", 100, 0, "ab", ',', kBoth},
+      {kCopy, "abc", 2, 0, "ab", ',', kBoth},
+      {kCopy, "abc", -1, 0, "", ',', kBoth},
+      {kCopy, "\"a,b\",c", 100, 1, "a,b", ',', kBoth},
+      {kCopy, "\"a,b\",c", 100, 0, "\"a", ',', kBoth},
+      {kCopy, "a\"\"b,c", 100, 1, "a\"b,c", ',', kBoth},
+      {kCopy, "abc\"", 100, 1, "abc", ',', kBoth},
+      {kCopy, "\"abc", 3, 1, "ab", ',', kBoth},
+      {kCopy, "ab\"cd", 3, 1, "abc", ',', kBoth},
+      {kAfter, "ab,cd", 100, 0, "cd", ',', kBoth},
+      {kAfter, "abcdef", 3, 0, "ef", ',', kBoth},
+      {kAfter, ",cde", 4, 0, "cde", ',', kBoth},
+      {kAfter, ",cde", 3, 0, "", ',', kBoth},
+      {kAfter, ",ab", 0, 0, nullptr, ',', kBoth},
+      {kAfter, "abc", 100, 1, "", ',', kBoth},
+      {kCopy, "a\x95\\b", 100, 1, "a\x95", '\\', kNarrow},
+      {kCopy, "ab\x81", 100, 1, "ab\x81", ',', kNarrow},
+      {kCopy, "x\x83\\y", 100, 1, "x\x83\\y", '\x83', kNarrow},
+      {kCopy, "\"x\"\x83\x5C", 100, 1, "x", '\x83', kNarrow},
+      {kAfter, "a\x95\\bc", 100, 0, "bc", '\\', kNarrow}};
+  for (const auto& [after, source, limit, quotes, copied, delimiter, only] : cases) {
+    if (!runs<Ch>(only)) continue;
     auto dst = sentinel_buffer<Ch>(12);
-    const auto src = text<Ch>(c.src);
-    const auto expected = text<Ch>(c.expected ? c.expected : "");
-    const Ch delimiter = Ch(c.delimiter);
-    const int32_t got =
-        c.after ? Twin<Ch>::StringCopyExAfter(dst.data(), src.c_str(), delimiter, c.limit, c.quotes)
-                : Twin<Ch>::StringCopyEx(dst.data(), src.c_str(), delimiter, c.limit, c.quotes);
-    const auto where = ::testing::Message() << c.after << " " << c.src << " limit " << c.limit;
-    EXPECT_EQ(got, static_cast<int32_t>(expected.size())) << where;
+    const auto src = text<Ch>(source), expected = text<Ch>(copied ? copied : "");
+    EXPECT_EQ(
+        after ? Twin<Ch>::StringCopyExAfter(dst.data(), src.c_str(), Ch(delimiter), limit, quotes)
+              : Twin<Ch>::StringCopyEx(dst.data(), src.c_str(), Ch(delimiter), limit, quotes),
+        static_cast<int32_t>(expected.size()))
+        << after << " " << source << " limit " << limit;
     // The copy after uses the limit as its capacity: below it a refused rest
     // may leave anything, at and behind it nothing.
     const std::size_t capacity =
-        c.after && c.limit >= 0 && c.limit < 12 ? static_cast<std::size_t>(c.limit) : 0;
-    EXPECT_TRUE(c.expected ? holds(dst, expected, 0, std::max(expected.size() + 1, capacity))
-                           : untouched_from(dst, 0))
-        << where;
+        after && limit >= 0 && limit < 12 ? static_cast<std::size_t>(limit) : 0;
+    EXPECT_TRUE(copied ? holds(dst, expected, 0, std::max(expected.size() + 1, capacity))
+                       : untouched_from(dst, 0))
+        << after << " " << source << " limit " << limit;
   }
 }
 
@@ -80,21 +73,17 @@ TYPED_TEST(Scanning, CopyStopsAtTheDelimiterOutsideQuotesAndAfterTakesTheRest) {
 // the length is a plain search that finds a lead byte too.
 TYPED_TEST(Scanning, CodeCountAndLength) {
   using Ch = TypeParam;
-  const struct {
-    const char* src;
-    char code;
-    int32_t count, length;
-    Only only;
-  } cases[] = {{"abc", ',', 0, 3, kBoth},           {"a,b,,c", ',', 3, 1, kBoth},
-               {"\"a,b\",c", ',', 2, 2, kBoth},     {"abc", '\0', 0, 3, kBoth},
-               {"\x95\x5C\\", '\\', 2, 1, kNarrow}, {"a\x83\x5C", '\x83', 0, 1, kNarrow},
-               {"a\x81", '\x81', 1, 1, kNarrow}};
-  for (const auto& c : cases) {
-    if (!runs<Ch>(c.only)) continue;
-    const auto src = text<Ch>(c.src);
-    const Ch code = static_cast<Ch>(static_cast<unsigned char>(c.code));
-    EXPECT_EQ(Twin<Ch>::GetCodeCount(src.c_str(), code), c.count) << c.src;
-    EXPECT_EQ(Twin<Ch>::GetCodeLength(src.c_str(), code), c.length) << c.src;
+  const std::tuple<const char*, char, int32_t, int32_t, Only> cases[] = {
+      {"abc", ',', 0, 3, kBoth},           {"a,b,,c", ',', 3, 1, kBoth},
+      {"\"a,b\",c", ',', 2, 2, kBoth},     {"abc", '\0', 0, 3, kBoth},
+      {"\x95\x5C\\", '\\', 2, 1, kNarrow}, {"a\x83\x5C", '\x83', 0, 1, kNarrow},
+      {"a\x81", '\x81', 1, 1, kNarrow}};
+  for (const auto& [source, byte, count, length, only] : cases) {
+    if (!runs<Ch>(only)) continue;
+    const auto src = text<Ch>(source);
+    const Ch code = static_cast<Ch>(static_cast<unsigned char>(byte));
+    EXPECT_EQ(Twin<Ch>::GetCodeCount(src.c_str(), code), count) << source;
+    EXPECT_EQ(Twin<Ch>::GetCodeLength(src.c_str(), code), length) << source;
   }
 }
 

@@ -11,6 +11,7 @@
 
 #include "cp932_model.h"
 #include "platform/platform.h"
+#include "reliability/guard.h"
 #include "support.h"
 
 namespace {
@@ -155,31 +156,31 @@ TEST(CodePage932, RandomTextsConvertAsThePlatformDidWhenTheyWereRecorded) {
   EXPECT_EQ((replay<WCHAR, char>(kEncodeVectors)), 1500);
 }
 
-// Texts whose terminator lies before, at or past a page's end (which the
-// scans that read ahead must not step over), so at every alignment, and
-// every length up to four of the widest blocks.
+// Texts whose terminator lies before or at the end of a page behind which
+// no access is allowed (which the scans that read ahead must not step over)
+// or past the end of the page before it, so at every alignment, and every
+// length up to four of the widest blocks.
 TEST(CodePage932, EveryPathConvertsEveryLengthAtEveryAlignmentAsTheModel) {
-  constexpr std::size_t page = 4096;
-  std::vector<char> bytes(3 * page);
-  std::vector<WCHAR> units(3 * page / sizeof(WCHAR));
-  const auto edge_of = [&](auto* buffer) {
-    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
-    return reinterpret_cast<decltype(buffer)>((address + 2 * page - 1) / page * page);
-  };
+  constexpr int page = 4096;
+  const GuardedPages narrow = map_guarded(2 * page), wide = map_guarded(2 * page);
   for_each_path([&](const std::string& path) {
     TextMaker maker;
     for (int length = 0; length <= 4 * kBlock; ++length)
       for (int before = -kBlock / 4; before < kBlock; ++before)
         for (int mix = 0; mix < 3; ++mix) {
+          const int edge = before < 0 ? page : 0;  // bytes before the protected page
           ASSERT_TRUE(converts_as_model(maker.make<char>(length, mix),
-                                        edge_of(bytes.data()) - before - length - 1))
+                                        narrow.guard - edge - before - length - 1))
               << path << " length " << length << " ending " << before << " before the edge";
           if (before >= kBlock / 2) continue;
-          ASSERT_TRUE(converts_as_model(maker.make<char16_t>(length, mix),
-                                        edge_of(units.data()) - before - length - 1))
+          ASSERT_TRUE(converts_as_model(
+              maker.make<char16_t>(length, mix),
+              reinterpret_cast<char16_t*>(wide.guard - edge) - before - length - 1))
               << path << " length " << length << " ending " << before << " before the edge";
         }
   });
+  unmap_guarded(narrow);
+  unmap_guarded(wide);
 }
 
 // Where a block ends mid-pair: each lead byte with every byte after it, and

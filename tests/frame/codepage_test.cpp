@@ -11,6 +11,7 @@
 
 #include "cp932_model.h"
 #include "platform/platform.h"
+#include "reliability/guard.h"
 #include "support.h"
 
 namespace {
@@ -152,32 +153,30 @@ TEST(CodePage932, RandomTextsConvertAsThePlatformDidWhenTheyWereRecorded) {
   EXPECT_EQ((replay<WCHAR, char>(kEncodeVectors)), 1500);
 }
 
-// Texts whose terminator lies before, at or past a page's end (which the
-// scans that read ahead must not step over), so at every alignment, and
-// every length up to four of the widest blocks; the texts of pairs put
-// lead bytes and their trails on both sides of every block edge. Texts longer than the piece
-// a converter takes at once: a piece ends behind a byte that cannot lead a
-// pair, found by going back over those that can, and a text of nothing but
-// lead bytes goes whole.
+// Texts whose terminator lies before or at the end of a page behind which
+// no access is allowed (which the scans that read ahead must not step over)
+// or past the end of the page before it, so at every alignment, and every
+// length up to four of the widest blocks; the texts of pairs put lead bytes
+// and their trails on both sides of every block edge. Texts longer than the
+// piece a converter takes at once: a piece ends behind a byte that cannot
+// lead a pair, found by going back over those that can, and a text of
+// nothing but lead bytes goes whole.
 TEST(CodePage932, EveryPathConvertsEveryLengthAtEveryAlignmentAsTheModel) {
-  constexpr std::size_t page = 4096;
-  std::vector<char> bytes(3 * page);
-  std::vector<WCHAR> units(3 * page / sizeof(WCHAR));
-  const auto edge_of = [&](auto* buffer) {
-    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
-    return reinterpret_cast<decltype(buffer)>((address + 2 * page - 1) / page * page);
-  };
+  constexpr int page = 4096;
+  const GuardedPages narrow_pages = map_guarded(2 * page), wide_pages = map_guarded(2 * page);
   for_each_path([&](const std::string& path) {
     TextMaker maker;
     for (int length = 0; length <= 4 * kBlock; ++length)
       for (int before = -kBlock / 4; before < kBlock; ++before)
         for (int mix = 0; mix < 3; ++mix) {
+          const int edge = before < 0 ? page : 0;  // bytes before the protected page
           ASSERT_TRUE(converts_as_model(maker.make<char>(length, mix),
-                                        edge_of(bytes.data()) - before - length - 1))
+                                        narrow_pages.guard - edge - before - length - 1))
               << path << " length " << length << " ending " << before << " before the edge";
           if (before >= kBlock / 2) continue;
-          ASSERT_TRUE(converts_as_model(maker.make<char16_t>(length, mix),
-                                        edge_of(units.data()) - before - length - 1))
+          ASSERT_TRUE(converts_as_model(
+              maker.make<char16_t>(length, mix),
+              reinterpret_cast<char16_t*>(wide_pages.guard - edge) - before - length - 1))
               << path << " length " << length << " ending " << before << " before the edge";
         }
     std::vector<char> long_bytes(40000);
@@ -191,6 +190,8 @@ TEST(CodePage932, EveryPathConvertsEveryLengthAtEveryAlignmentAsTheModel) {
           << path << " mix " << mix;
     }
   });
+  unmap_guarded(narrow_pages);
+  unmap_guarded(wide_pages);
 }
 
 }  // namespace

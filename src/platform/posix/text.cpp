@@ -161,6 +161,7 @@ const Kernels* active = &kPlain;
 // time where they lie in one page (so they cannot fault, though they may
 // read behind the terminator), until the terminator, a character outside
 // ASCII (taken one at a time), the destination's end or this many elements.
+// Kernels with a start of their own (AVX-512's masked loads) use that one.
 constexpr std::size_t kOnePass = 64;
 
 template <std::size_t Bytes = 16>
@@ -355,7 +356,9 @@ long decode_terminated(const Kernels& kernels, const unsigned char* src, char16_
   std::size_t in = 0, out = 0;
 #if KZ_ALIGNED_OVERREAD
   if (&kernels != &kPlain) {
-    const long done = decode_start(src, dst, capacity, in, out);
+    const long done = kernels.decode_start != nullptr
+                          ? kernels.decode_start(src, dst, capacity, in, out)
+                          : decode_start(src, dst, capacity, in, out);
     if (done != -2) return done;
   }
 #endif
@@ -388,7 +391,9 @@ long encode_terminated(const Kernels& kernels, const char16_t* src, unsigned cha
   std::size_t in = 0, out = 0;
 #if KZ_ALIGNED_OVERREAD
   if (&kernels != &kPlain) {
-    const long done = encode_start(src, dst, capacity, in, out);
+    const long done = kernels.encode_start != nullptr
+                          ? kernels.encode_start(src, dst, capacity, in, out)
+                          : encode_start(src, dst, capacity, in, out);
     if (done != -2) return done;
   }
 #endif

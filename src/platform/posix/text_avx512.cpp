@@ -2,7 +2,8 @@
 // compress of words), compiled for processors that have it and chosen at run
 // time. Mixed blocks widen every character's first byte at once and look up
 // only the characters outside ASCII; masked stores write exactly the
-// characters a block holds.
+// characters a block holds. A short text's start goes in windows of 64 bytes
+// whose masked loads stay in their page.
 #include "platform/posix/text_paths.h"
 
 #if defined(__AVX512BW__) && defined(__AVX512VBMI2__) && defined(__BMI2__)
@@ -30,8 +31,9 @@ struct Avx512 {
 
   // The lead bytes 0x81-0x9F and 0xE0-0xFC become 0xA1-0xDC by flipping
   // bit 5, then 0x00-0x3B.
-  static std::uint64_t leads64(const unsigned char* p) {
-    const __m512i flipped = _mm512_xor_si512(load(p), _mm512_set1_epi8(0x20));
+  static std::uint64_t leads64(const unsigned char* p) { return leads_of(load(p)); }
+  static std::uint64_t leads_of(__m512i bytes) {
+    const __m512i flipped = _mm512_xor_si512(bytes, _mm512_set1_epi8(0x20));
     const __m512i moved = _mm512_sub_epi8(flipped, _mm512_set1_epi8(static_cast<char>(0xA1)));
     return _mm512_cmplt_epu8_mask(moved, _mm512_set1_epi8(0x3C));
   }
@@ -97,6 +99,119 @@ struct Avx512 {
     const unsigned count = static_cast<unsigned>(__builtin_popcountll(keep));
     _mm512_mask_storeu_epi8(d, _bzhi_u64(~0ULL, count), _mm512_maskz_compress_epi8(keep, in_order));
     return count;
+  }
+
+  // ---- The start of a terminated text ----
+  // Whole 64-byte windows, masked to the lanes that lie in the window's
+  // page (a masked load touches no other, so it cannot fault), each cut at
+  // the terminator; up to this many elements, then the blocks take over.
+  static constexpr std::size_t kStart = 64;
+
+  // Where the rest starts, for the blocks.
+  static long keep_going(std::size_t in, std::size_t out, std::size_t& in_at, std::size_t& out_at) {
+    in_at = in;
+    out_at = out;
+    return -2;
+  }
+
+  static __mmask64 in_page(const void* p) {
+    const auto left = 4096 - (reinterpret_cast<std::uintptr_t>(p) & 4095);
+    return left >= 64 ? ~__mmask64{0} : _bzhi_u64(~0ULL, static_cast<unsigned>(left));
+  }
+
+  static long decode_start(const unsigned char* src, char16_t* dst, std::size_t capacity,
+                           std::size_t& in_at, std::size_t& out_at) {
+    std::size_t in = in_at, out = out_at;
+    const __m512i zero = _mm512_setzero_si512();
+    while (in < kStart) {
+      const unsigned char* p = src + in;
+      const __mmask64 valid = in_page(p);
+      const __m512i bytes = _mm512_maskz_loadu_epi8(valid, p);
+      const __mmask64 zeros = _mm512_mask_cmpeq_epi8_mask(valid, bytes, zero);
+      // The window's text: through the terminator, or every lane read.
+      __mmask64 lanes = zeros != 0 ? _blsmsk_u64(zeros) : valid;
+      __mmask64 starts = lanes;
+      const __mmask64 high = _mm512_movepi8_mask(bytes) & lanes;
+      if (high != 0) {
+        // A lead byte just before the terminator stands alone.
+        const __mmask64 leads = leads_of(bytes) & lanes & ~(zeros >> 1);
+        bool last_is_pair = false;
+        const std::uint64_t trails = trail_positions(leads, last_is_pair);
+        // A pair whose trail lies behind the window goes to the next one.
+        if (last_is_pair || (trails & ~lanes) != 0) lanes &= lanes >> 1;
+        if (lanes == 0) return keep_going(in, out, in_at, out_at);
+        starts = lanes & ~trails;
+      }
+      const std::size_t written = count(starts);
+      if (capacity - out < written) return keep_going(in, out, in_at, out_at);
+      const auto low_starts = static_cast<__mmask32>(starts);
+      const auto high_starts = static_cast<__mmask32>(starts >> 32);
+      const __m512i low = _mm512_cvtepu8_epi16(_mm512_maskz_extracti64x4_epi64(0xFF, bytes, 0));
+      const __m512i upper = _mm512_cvtepu8_epi16(_mm512_maskz_extracti64x4_epi64(0xFF, bytes, 1));
+      char16_t* at = dst + out;
+      if (starts == lanes) {
+        _mm512_mask_storeu_epi16(at, low_starts, low);
+        _mm512_mask_storeu_epi16(at + 32, high_starts, upper);
+      } else {
+        const unsigned low_count = static_cast<unsigned>(__builtin_popcount(low_starts));
+        _mm512_mask_storeu_epi16(at, _bzhi_u32(~0u, low_count),
+                                 _mm512_maskz_compress_epi16(low_starts, low));
+        _mm512_mask_storeu_epi16(at + low_count,
+                                 _bzhi_u32(~0u, static_cast<unsigned>(written) - low_count),
+                                 _mm512_maskz_compress_epi16(high_starts, upper));
+      }
+      // The characters outside ASCII, looked up where their first byte
+      // landed; the byte behind a nonzero byte is readable.
+      for (std::uint64_t others = high & starts; others != 0; others &= others - 1) {
+        const unsigned from = lowest(others);
+        at[count(starts & ((std::uint64_t{1} << from) - 1))] = unit_at(p + from);
+      }
+      in += count(lanes);
+      out += written;
+      if (zeros != 0) return static_cast<long>(out);
+    }
+    return keep_going(in, out, in_at, out_at);
+  }
+
+  static long encode_start(const char16_t* src, unsigned char* dst, std::size_t capacity,
+                           std::size_t& in_at, std::size_t& out_at) {
+    std::size_t in = in_at, out = out_at;
+    const __m512i zero = _mm512_setzero_si512();
+    const __m512i beyond_ascii = _mm512_set1_epi16(static_cast<short>(0xFF80));
+    while (in < kStart) {
+      const char16_t* p = src + in;
+      // Whole units only: one cut by the page's end is not read.
+      const auto valid = static_cast<__mmask32>(_pext_u64(in_page(p), 0xAAAAAAAAAAAAAAAAULL));
+      if (valid == 0) return keep_going(in, out, in_at, out_at);
+      const __m512i units = _mm512_maskz_loadu_epi16(valid, p);
+      const __mmask32 zeros = _mm512_mask_cmpeq_epi16_mask(valid, units, zero);
+      const __mmask32 lanes = zeros != 0 ? _blsmsk_u32(zeros) : valid;
+      std::uint32_t others = _mm512_mask_test_epi16_mask(lanes, units, beyond_ascii);
+      unsigned count = static_cast<unsigned>(__builtin_popcount(lanes));
+      if (others == 0) {
+        if (capacity - out < count) return keep_going(in, out, in_at, out_at);
+        _mm256_mask_storeu_epi8(dst + out, lanes, _mm512_maskz_cvtepi16_epi8(~__mmask32{0}, units));
+      } else {
+        // Each unit outside ASCII replaced in the vector by its bytes.
+        __m512i in_order = units;
+        for (; others != 0; others &= others - 1)
+          in_order = _mm512_mask_set1_epi16(
+              in_order, others & -others,
+              static_cast<short>(kEncodeInOrder.bytes[p[__builtin_ctz(others)]]));
+        // Each unit's first byte, and its second where it is a trail.
+        const std::uint64_t unit_bytes = _pdep_u64(lanes, 0x5555555555555555ULL);
+        const __mmask64 keep = (_mm512_test_epi8_mask(in_order, in_order) | unit_bytes) &
+                               (unit_bytes | unit_bytes << 1);
+        count = static_cast<unsigned>(__builtin_popcountll(keep));
+        if (capacity - out < count) return keep_going(in, out, in_at, out_at);
+        _mm512_mask_storeu_epi8(dst + out, _bzhi_u64(~0ULL, count),
+                                _mm512_maskz_compress_epi8(keep, in_order));
+      }
+      in += static_cast<unsigned>(__builtin_popcount(lanes));
+      out += count;
+      if (zeros != 0) return static_cast<long>(out);
+    }
+    return keep_going(in, out, in_at, out_at);
   }
 
   static std::uint32_t wide_high32(const char16_t* p) {

@@ -257,8 +257,13 @@ long encode_kernel(const char16_t* src, std::size_t length, unsigned char* dst,
 
 template <class Isa>
 constexpr Kernels kernels_of(const char* name) {
-  return {name, decode_kernel<Isa, false>, decode_kernel<Isa, true>, encode_kernel<Isa, false>,
-          encode_kernel<Isa, true>};
+  Kernels kernels{name, decode_kernel<Isa, false>, decode_kernel<Isa, true>,
+                  encode_kernel<Isa, false>, encode_kernel<Isa, true>};
+  if constexpr (requires { Isa::decode_start; }) {
+    kernels.decode_start = Isa::decode_start;
+    kernels.encode_start = Isa::encode_start;
+  }
+  return kernels;
 }
 
 }  // namespace

@@ -26,6 +26,16 @@ struct Kernels {
                       std::size_t capacity);
   long (*encode_bounded)(const char16_t* src, std::size_t length, unsigned char* dst,
                          std::size_t capacity);
+  // Where an instruction set has its own, the start of a terminated text,
+  // converted while its end is found: loads that may reach behind the
+  // terminator, though never out of its page, so text.cpp calls these only
+  // where no sanitizer watches. Each gives the count written with the
+  // terminator, or -2 with `in` and `out` where the rest starts (the text
+  // goes on, or what follows may not fit); null where the set has none.
+  long (*decode_start)(const unsigned char* src, char16_t* dst, std::size_t capacity,
+                       std::size_t& in, std::size_t& out) = nullptr;
+  long (*encode_start)(const char16_t* src, unsigned char* dst, std::size_t capacity,
+                       std::size_t& in, std::size_t& out) = nullptr;
 };
 
 // The kernels of each instruction set, or null where this build did not

@@ -1,8 +1,6 @@
 // Dates and times written as text from records, held against the readers:
 // a FILETIME's text and the clock's are checked by the zone and clock tests.
-#include <algorithm>
 #include <random>
-#include <string>
 
 #include "support.h"
 

@@ -4,7 +4,6 @@
 // and a date-time end has milliseconds 0.
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 
 #include "platform/platform.h"
 #include "support.h"
@@ -19,24 +18,15 @@ class PinnedClock : public ::testing::Test {
   void SetUp() override {
     const char* pinned = std::getenv("KZ_PINNED_CLOCK");
     if (pinned == nullptr) GTEST_SKIP() << "runs only through tests/run-with-clock";
-    int f[6];
-    char fraction[16] = "0";
-    ASSERT_GE(std::sscanf(pinned, "%d-%d-%d %d:%d:%d.%9[0-9]", &f[0], &f[1], &f[2], &f[3], &f[4],
-                          &f[5], fraction),
-              6);
-    const int ms = std::atoi((std::string(fraction) + "000").substr(0, 3).c_str());  // ".5": 500
+    const std::string moment = pinned;  // "YYYY-MM-DD hh:mm:ss[.fraction]"
+    date_text = text<Ch>(moment.substr(0, 10));
+    second_text = date_text + Ch('T') + text<Ch>(moment.substr(11, 8));
     kz::os::GetLocalTime(&now);
-    ASSERT_EQ(joined(now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond,
-                     now.wMilliseconds),
-              joined(f[0], f[1], f[2], f[3], f[4], f[5], ms))
-        << "the clock is not frozen at " << pinned << " (is libfaketime preloaded?)";
-    const DateRecord date{now.wYear, now.wMonth, now.wDay};
-    const TimeRecord time{now.wHour, now.wMinute, now.wSecond};
-    Ch out[16];
-    Twin<Ch>::DateString(&date, out, Ch('-'));
-    date_text = out;
-    Twin<Ch>::TimeString(&time, out);
-    second_text = date_text + Ch('T') + out;
+    char clock[64];
+    std::snprintf(clock, sizeof clock, "%04d-%02d-%02d %02d:%02d:%02d.%03d", now.wYear, now.wMonth,
+                  now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
+    ASSERT_EQ(clock, ((moment.size() > 19 ? moment : moment + ".0") + "00").substr(0, 23))
+        << "the clock is not frozen (is libfaketime preloaded?)";
   }
   std::basic_string<Ch> at(const char* time) const { return date_text + text<Ch>(time); }
 

@@ -1,15 +1,12 @@
 // The zone step: FILETIMEs are UTC, records and texts local, and the step
-// uses the offset in force at the moment of the call. The Zone tests hold in
-// any zone; ctest runs them under Asia/Tokyo, UTC and America/New_York, on
-// Linux and under Wine (which takes its zone from the same TZ), and the
-// offset of those zones is known here by their own rules.
+// uses the offset in force at the moment of the call. ctest runs the Zone
+// tests under Asia/Tokyo, UTC and America/New_York, on Linux and under Wine
+// (which takes its zone from the same TZ), and the offset of those zones is
+// known here by their own rules; the text round trip holds in any zone.
 #include <chrono>
 #include <cstdlib>
-#include <ctime>
 #include <optional>
-#include <string>
-#include <type_traits>
-#include <vector>
+#include <random>
 
 #include "platform/platform.h"
 #include "support.h"
@@ -67,37 +64,30 @@ std::optional<int64_t> known_offset() {
 }
 
 // The same offset for every moment converted, winter or summer, and for
-// the local clock.
-TEST(Zone, StepsByTheOffsetOfTheZoneTzNames) {
-  const auto offset = known_offset();
-  if (!offset) GTEST_SKIP() << "TZ names no zone this test knows (ctest sets it for it)";
-  for (const int64_t utc :
-       {utc_ticks(2024, 1, 15, 12), utc_ticks(2024, 7, 15, 12), utc_ticks(1700, 3, 1)}) {
-    FILETIME local{}, back{};
-    const FILETIME in = moment(utc);
-    ASSERT_NE(os::FileTimeToLocalFileTime(&in, &local), 0);
-    EXPECT_EQ(ticks(local) - utc, *offset);
-    ASSERT_NE(os::LocalFileTimeToFileTime(&local, &back), 0);
-    EXPECT_EQ(ticks(back), utc);
-  }
-  EXPECT_LT(clock_drift(*offset), 20'000'000) << "is tzdata installed for TZ?";
-}
-
-// Both ends of the count, each side of the tick at which the local form
-// leaves it in this zone, and all bits set: a local form outside the
-// count is refused and leaves the out-value, never wraps.
-TEST(ZoneEdge, LocalFormOutsideTheCountIsRefusedNotWrapped) {
-  const int64_t offset = offset_in_force(), untouched = 0x5A5A5A5A'A5A5A5A5;
-  const int64_t edge = offset < 0 ? -offset : kLastTick - offset;
-  for (const uint64_t bits : {uint64_t{0}, uint64_t{kLastTick}, uint64_t(edge), uint64_t(edge) - 1,
-                              uint64_t(edge) + 1, ~uint64_t{0}}) {
+// the local clock, and the way back. At both ends of the count, each side
+// of the tick at which the local form leaves it in this zone, and with all
+// bits set, a local form outside the count is refused and leaves the
+// out-value, never wraps.
+TEST(Zone, StepsByTheOffsetOfTheZoneTzNamesOrRefuses) {
+  const auto known = known_offset();
+  if (!known) GTEST_SKIP() << "TZ names no zone this test knows (ctest sets it for it)";
+  const int64_t offset = *known, untouched = 0x5A5A5A5A'A5A5A5A5;
+  const auto edge = static_cast<uint64_t>(offset < 0 ? -offset : kLastTick - offset);
+  for (const uint64_t bits :
+       {uint64_t(utc_ticks(2024, 1, 15, 12)), uint64_t(utc_ticks(2024, 7, 15)),
+        uint64_t(utc_ticks(1700, 3, 1)), uint64_t{0}, uint64_t{kLastTick}, edge, edge - 1, edge + 1,
+        ~uint64_t{0}}) {
     const auto utc = static_cast<int64_t>(bits);
     const bool in_count = utc >= 0 && (offset >= 0 ? utc <= kLastTick - offset : utc >= -offset);
-    FILETIME local = moment(untouched);
+    FILETIME local = moment(untouched), back{};
     const FILETIME in = moment(utc);
     ASSERT_EQ(os::FileTimeToLocalFileTime(&in, &local) != 0, in_count) << std::hex << utc;
     EXPECT_EQ(ticks(local), in_count ? utc + offset : untouched) << std::hex << utc;
+    if (!in_count) continue;
+    ASSERT_NE(os::LocalFileTimeToFileTime(&local, &back), 0);
+    EXPECT_EQ(ticks(back), utc) << std::hex << utc;
   }
+  EXPECT_LT(clock_drift(offset), 20'000'000) << "is tzdata installed for TZ?";
 }
 
 KZ_TWIN_SUITE(ZoneText);
@@ -108,13 +98,16 @@ KZ_TWIN_SUITE(ZoneText);
 TYPED_TEST(ZoneText, WrittenMomentsReadBackExactlyOrAreRefused) {
   using Ch = TypeParam;
   const int64_t offset = offset_in_force(), ms = static_cast<int64_t>(os::kTicksPerMillisecond);
+  FILETIME read{};
+  ASSERT_NE(
+      Twin<Ch>::StringFileTime(text<Ch>("2024-01-02T09:00:00").c_str(), &read, Ch('-'), Ch('T')),
+      0);
+  EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9) - offset) << "the text is local time";
   const int64_t first = utc_ticks(1601, 1, 1), last = utc_ticks(30827, 12, 30);
   std::vector<int64_t> moments = {first, last, -1, INT64_MIN};
-  uint64_t state = 12345;
-  for (int i = 0; i < 500; ++i) {
-    state = state * 6364136223846793005ull + 1442695040888963407ull;
-    moments.push_back(first + static_cast<int64_t>((state >> 11) % uint64_t(last / ms)) * ms);
-  }
+  std::mt19937_64 random(12345);
+  for (int i = 0; i < 500; ++i)
+    moments.push_back(first + int64_t(random() % uint64_t(last / ms)) * ms);
   for (const int64_t utc : moments) {
     const FILETIME original = moment(utc);
     const bool written = utc >= 0 && utc + offset >= 0;
@@ -128,14 +121,6 @@ TYPED_TEST(ZoneText, WrittenMomentsReadBackExactlyOrAreRefused) {
     ASSERT_NE(Twin<Ch>::StringFileTime(out.data(), &back, Ch('/'), Ch('T')), 0);
     ASSERT_EQ(ticks(back), utc);
   }
-}
-
-TYPED_TEST(ZoneText, FileTimeTextIsLocalTime) {
-  using Ch = TypeParam;
-  FILETIME read{};
-  const auto local = text<Ch>("2024-01-02T09:00:00");
-  ASSERT_NE(Twin<Ch>::StringFileTime(local.c_str(), &read, Ch('-'), Ch('T')), 0);
-  EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9) - offset_in_force());
 }
 
 // Puts TZ back as it was, set or not ("TZ" alone removes it), at the end.
@@ -157,25 +142,20 @@ struct SavedTz {
 TEST(ChangingTz, NextCallTakesTheNewOffset) {
   if (std::is_same_v<KZ_WCHAR, wchar_t>) GTEST_SKIP() << "the Windows zone does not follow TZ";
   const SavedTz saved;
-  static struct {
-    char setting[16];
-    const char* local_text;
-    int minutes;
-  } rows[] = {{"TZ=JST-9", "2024-01-02T09:00:00", 540},
-              {"TZ=HST10", "2024-01-01T14:00:00", -600},
-              {"TZ=IST-5:30", "2024-01-02T05:30:00", 330},
-              {"TZ=UTC0", "2024-01-02T00:00:00", 0},
-              {"TZ=JST-9", "2024-01-02T09:00:00", 540}};
+  static char settings[][16] = {"TZ=JST-9", "TZ=HST10", "TZ=IST-5:30", "TZ=UTC0", "TZ=JST-9"};
+  const char* local_texts[] = {"2024-01-02T09:00:00", "2024-01-01T14:00:00", "2024-01-02T05:30:00",
+                               "2024-01-02T00:00:00", "2024-01-02T09:00:00"};
+  const int minutes[] = {540, -600, 330, 0, 540};
   const FILETIME utc = moment(utc_ticks(2024, 1, 2));
-  for (auto& row : rows) {
-    ASSERT_EQ(putenv(row.setting), 0);
+  for (int k = 0; k < 5; ++k) {
+    ASSERT_EQ(putenv(settings[k]), 0);
     char out[32];
-    ASSERT_NE(KZ_FileTimeStringA(&utc, out, 0, '-', 'T'), 0);
-    EXPECT_STREQ(out, row.local_text) << row.setting;
     FILETIME read{};
-    ASSERT_NE(KZ_StringFileTimeA(row.local_text, &read, '-', 'T'), 0);
-    EXPECT_EQ(ticks(read), ticks(utc)) << row.setting;
-    EXPECT_LT(clock_drift(row.minutes * kMinute), kMinute) << row.setting;
+    ASSERT_NE(KZ_FileTimeStringA(&utc, out, 0, '-', 'T'), 0);
+    EXPECT_STREQ(out, local_texts[k]) << settings[k];
+    ASSERT_NE(KZ_StringFileTimeA(local_texts[k], &read, '-', 'T'), 0);
+    EXPECT_EQ(ticks(read), ticks(utc)) << settings[k];
+    EXPECT_LT(clock_drift(minutes[k] * kMinute), kMinute) << settings[k];
   }
 }
 

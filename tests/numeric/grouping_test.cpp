@@ -25,37 +25,34 @@ TYPED_TEST(Grouping, OnlyDigitsAreNumeric) {
 // twin refuses it and leaves the destination alone.
 TYPED_TEST(Grouping, SizesAroundTheBound) {
   using Ch = TypeParam;
-  const struct {
-    const char *source, *grouped;  // grouped null: refused
-    int32_t group;
-    Only only = Only::kBoth;
-  } cases[] = {{"1234567", "1,234,567", 3},
-               {"123456", "123,456", 3},
-               {"12345", "1,23,45", 2},
-               {"123", "1,2,3", 1},
-               {"", "", 3},
-               {"123", nullptr, 0},
-               {"-123456", "-,123,456", 3, Only::kWide},
-               {"-123456", nullptr, 3, Only::kNarrow}};
-  for (const auto& c : cases) {
-    if (!runs<Ch>(c.only)) continue;
-    const auto grouped = text<Ch>(c.grouped ? c.grouped : "");
+  // The grouped text null: refused.
+  const std::tuple<const char*, const char*, int32_t, Only> cases[] = {
+      {"1234567", "1,234,567", 3, kBoth},
+      {"123456", "123,456", 3, kBoth},
+      {"12345", "1,23,45", 2, kBoth},
+      {"123", "1,2,3", 1, kBoth},
+      {"", "", 3, kBoth},
+      {"123", nullptr, 0, kBoth},
+      {"-123456", "-,123,456", 3, kWide},
+      {"-123456", nullptr, 3, kNarrow}};
+  for (const auto& [source, expected, group, only] : cases) {
+    if (!runs<Ch>(only)) continue;
+    const auto grouped = text<Ch>(expected ? expected : "");
     const auto length = static_cast<int32_t>(grouped.size());
-    const int32_t needed = c.group == 1 ? length - 1 : length;
+    const int32_t needed = group == 1 ? length - 1 : length;
     for (int32_t size : {needed - 1, needed, needed + 1, 0, -1}) {
       auto dst = sentinel_buffer<Ch>(16);
-      const bool fits = c.grouped && size >= needed;
-      EXPECT_EQ(Twin<Ch>::StringSetDelimiter(text<Ch>(c.source).c_str(), dst.data(), size, Ch(','),
-                                             c.group),
-                fits ? length : -1)
-          << c.source << " size " << size;
-      const std::size_t bound = size < 0 || (!c.grouped && sizeof(Ch) == 1) ? 0
-                                : fits                                      ? grouped.size() + 1
-                                       : static_cast<std::size_t>(size + (c.group == 1 ? 2 : 1));
-      if (bound > 0) {
-        EXPECT_EQ(str(dst), fits ? grouped : text<Ch>("")) << c.source << size;
-      }
-      EXPECT_TRUE(untouched_from(dst, bound)) << c.source << " size " << size;
+      const bool fits = expected && size >= needed;
+      EXPECT_EQ(
+          Twin<Ch>::StringSetDelimiter(text<Ch>(source).c_str(), dst.data(), size, Ch(','), group),
+          fits ? length : -1)
+          << source << " size " << size;
+      const std::size_t bound = size < 0 || (!expected && sizeof(Ch) == 1) ? 0
+                                : fits                                     ? grouped.size() + 1
+                                       : static_cast<std::size_t>(size + (group == 1 ? 2 : 1));
+      EXPECT_EQ(bound > 0 ? str(dst) : text<Ch>(""), fits ? grouped : text<Ch>(""))
+          << source << size;
+      EXPECT_TRUE(untouched_from(dst, bound)) << source << " size " << size;
     }
   }
 }

@@ -114,9 +114,9 @@ struct Avx512 {
     return -2;
   }
 
-  static __mmask64 in_page(const void* p) {
-    const auto left = 4096 - (reinterpret_cast<std::uintptr_t>(p) & 4095);
-    return left >= 64 ? ~__mmask64{0} : _bzhi_u64(~0ULL, static_cast<unsigned>(left));
+  // The bytes from p to the end of its page.
+  static unsigned page_left(const void* p) {
+    return 4096 - static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(p) & 4095);
   }
 
   static long decode_start(const unsigned char* src, char16_t* dst, std::size_t capacity,
@@ -125,8 +125,9 @@ struct Avx512 {
     const __m512i zero = _mm512_setzero_si512();
     while (in < kStart) {
       const unsigned char* p = src + in;
-      const __mmask64 valid = in_page(p);
-      const __m512i bytes = _mm512_maskz_loadu_epi8(valid, p);
+      const unsigned left = page_left(p);
+      const __mmask64 valid = left >= 64 ? ~__mmask64{0} : _bzhi_u64(~0ULL, left);
+      const __m512i bytes = left >= 64 ? load(p) : _mm512_maskz_loadu_epi8(valid, p);
       const __mmask64 zeros = _mm512_mask_cmpeq_epi8_mask(valid, bytes, zero);
       // The window's text: through the terminator, or every lane read.
       __mmask64 lanes = zeros != 0 ? _blsmsk_u64(zeros) : valid;
@@ -166,9 +167,9 @@ struct Avx512 {
         const unsigned from = lowest(others);
         at[count(starts & ((std::uint64_t{1} << from) - 1))] = unit_at(p + from);
       }
-      in += count(lanes);
       out += written;
       if (zeros != 0) return static_cast<long>(out);
+      in += count(lanes);
     }
     return keep_going(in, out, in_at, out_at);
   }
@@ -181,9 +182,10 @@ struct Avx512 {
     while (in < kStart) {
       const char16_t* p = src + in;
       // Whole units only: one cut by the page's end is not read.
-      const auto valid = static_cast<__mmask32>(_pext_u64(in_page(p), 0xAAAAAAAAAAAAAAAAULL));
+      const unsigned left = page_left(p);
+      const __mmask32 valid = left >= 64 ? ~__mmask32{0} : _bzhi_u32(~0u, left / 2);
       if (valid == 0) return keep_going(in, out, in_at, out_at);
-      const __m512i units = _mm512_maskz_loadu_epi16(valid, p);
+      const __m512i units = left >= 64 ? load(p) : _mm512_maskz_loadu_epi16(valid, p);
       const __mmask32 zeros = _mm512_mask_cmpeq_epi16_mask(valid, units, zero);
       const __mmask32 lanes = zeros != 0 ? _blsmsk_u32(zeros) : valid;
       std::uint32_t others = _mm512_mask_test_epi16_mask(lanes, units, beyond_ascii);
@@ -207,9 +209,11 @@ struct Avx512 {
         _mm512_mask_storeu_epi8(dst + out, _bzhi_u64(~0ULL, count),
                                 _mm512_maskz_compress_epi8(keep, in_order));
       }
-      in += static_cast<unsigned>(__builtin_popcount(lanes));
       out += count;
       if (zeros != 0) return static_cast<long>(out);
+      // Without the terminator the window took every unit read, which is
+      // known before its text is: the next load need not wait for it.
+      in += static_cast<unsigned>(__builtin_popcount(valid));
     }
     return keep_going(in, out, in_at, out_at);
   }

@@ -176,7 +176,7 @@ TEST(CodePage932, EveryPathConvertsEveryLengthAtEveryAlignmentAsTheModel) {
           if (before >= kBlock / 2) continue;
           ASSERT_TRUE(converts_as_model(
               maker.make<char16_t>(length, mix),
-              reinterpret_cast<char16_t*>(wide_pages.guard - edge) - before - length - 1))
+              reinterpret_cast<WCHAR*>(wide_pages.guard - edge) - before - length - 1))
               << path << " length " << length << " ending " << before << " before the edge";
         }
     std::vector<char> long_bytes(40000);

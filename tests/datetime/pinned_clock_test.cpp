@@ -35,46 +35,38 @@ class PinnedClock : public ::testing::Test {
 };
 TYPED_TEST_SUITE(PinnedClock, ElementTypes);
 
-TYPED_TEST(PinnedClock, WritesTheFrozenMoment) {
+TYPED_TEST(PinnedClock, CurrentFormsWriteAndCheckTheFrozenMoment) {
   using Ch = TypeParam;
-  Ch out[32], expected[32];
-  EXPECT_EQ(Twin<Ch>::CurrentDateTimeString(out, 1, Ch('-'), Ch('T')), 23);
-  EXPECT_EQ(Twin<Ch>::SystemTimeString(&this->now, expected, 1, Ch('-'), Ch('T')), 23);
-  EXPECT_EQ(std::basic_string<Ch>(out), expected);
-  EXPECT_EQ(Twin<Ch>::CurrentDateString(out, Ch('-')), 10);
-  EXPECT_EQ(std::basic_string<Ch>(out), this->date_text);
-  EXPECT_EQ(Twin<Ch>::CurrentTimeString(out), 8);
-  EXPECT_EQ(std::basic_string<Ch>(out), this->second_text.substr(11));
-}
-
-// The record form runs to the last millisecond of the day, the text form
-// to the last whole second; the strict compare also leaves out 00:00:00.000
-// and 23:59:59.000.
-TYPED_TEST(PinnedClock, RecordDateRunsToTheLastMillisecondTextDateToTheLastSecond) {
-  const DateRecord today{this->now.wYear, this->now.wMonth, this->now.wDay};
-  EXPECT_EQ(KZ_CheckCurrentDate(&today, &today), 1);
-  const int seconds = (this->now.wHour * 60 + this->now.wMinute) * 60 + this->now.wSecond;
-  const int32_t expected = seconds == 86399 && this->now.wMilliseconds > 0 ? 0 : 1;
-  const auto day = this->date_text;
-  EXPECT_EQ(Twin<TypeParam>::CheckStringCurrentDate(day.c_str(), day.c_str(), 1), expected);
-  const bool on_a_bound = this->now.wMilliseconds == 0 && (seconds == 0 || seconds == 86399);
-  EXPECT_EQ(Twin<TypeParam>::CheckStringCurrentDate(day.c_str(), day.c_str(), 0),
-            on_a_bound ? 0 : expected);
-}
-
-// Starting at this very second: inside under the strict compare only once
-// the milliseconds have moved on.
-TYPED_TEST(PinnedClock, DateTimeEndNamingThisSecondHoldsOnlyAtMillisecondZero) {
-  using T = Twin<TypeParam>;
+  using T = Twin<Ch>;
   const SYSTEMTIME& n = this->now;
-  const int32_t expected = n.wMilliseconds == 0 ? 1 : 0;
+  Ch all[32], date[16], time[16];
+  EXPECT_EQ(joined(T::CurrentDateTimeString(all, 1, Ch('-'), Ch('T')),
+                   T::CurrentDateString(date, Ch('-')), T::CurrentTimeString(time)),
+            joined(23, 10, 8));
+  const auto ms = text<Ch>(std::to_string(1000 + n.wMilliseconds).substr(1));
+  EXPECT_EQ(std::basic_string<Ch>(all), this->second_text + Ch('.') + ms);
+  EXPECT_EQ(std::basic_string<Ch>(date) + Ch('T') + time, this->second_text);
+  // The record form runs to the last millisecond of the day, the text form
+  // to the last whole second; the strict compare also leaves out 00:00:00.000
+  // and 23:59:59.000.
+  const DateRecord today{n.wYear, n.wMonth, n.wDay};
+  EXPECT_EQ(KZ_CheckCurrentDate(&today, &today), 1);
+  const int seconds = (n.wHour * 60 + n.wMinute) * 60 + n.wSecond;
+  const int32_t expected = seconds == 86399 && n.wMilliseconds > 0 ? 0 : 1;
+  const auto day = this->date_text;
+  EXPECT_EQ(T::CheckStringCurrentDate(day.c_str(), day.c_str(), 1), expected);
+  const bool on_a_bound = n.wMilliseconds == 0 && (seconds == 0 || seconds == 86399);
+  EXPECT_EQ(T::CheckStringCurrentDate(day.c_str(), day.c_str(), 0), on_a_bound ? 0 : expected);
+  // Starting at this very second: inside under the strict compare only once
+  // the milliseconds have moved on.
+  const int32_t at_zero = n.wMilliseconds == 0 ? 1 : 0;
   const DateTimeRecord start{n.wYear, n.wMonth, n.wDay, 0, 0, 0};
   const DateTimeRecord end{n.wYear, n.wMonth, n.wDay, n.wHour, n.wMinute, n.wSecond};
-  EXPECT_EQ(KZ_CheckCurrentDateTime(&start, &end), expected);
+  EXPECT_EQ(KZ_CheckCurrentDateTime(&start, &end), at_zero);
   const auto from = this->at("T00:00:00"), to = this->second_text,
              later = this->at("T23:59:59.999");
-  EXPECT_EQ(T::CheckStringCurrentDateTime(from.c_str(), to.c_str(), 1), expected);
-  EXPECT_EQ(T::CheckStringCurrentDateTime(to.c_str(), later.c_str(), 0), 1 - expected);
+  EXPECT_EQ(T::CheckStringCurrentDateTime(from.c_str(), to.c_str(), 1), at_zero);
+  EXPECT_EQ(T::CheckStringCurrentDateTime(to.c_str(), later.c_str(), 0), 1 - at_zero);
 }
 
 }  // namespace

@@ -8,15 +8,14 @@
 #include <optional>
 #include <random>
 
+#include "files.h"
 #include "platform/platform.h"
-#include "support.h"
 
 namespace {
 
 namespace os = kz::os;
 using namespace kz::test;
 
-constexpr int64_t kLastTick = INT64_MAX;
 constexpr auto kMinute = 60 * static_cast<int64_t>(os::kTicksPerSecond);
 
 int64_t utc_ticks(int year, int month, int day, int hour = 0, int minute = 0) {
@@ -24,15 +23,6 @@ int64_t utc_ticks(int year, int month, int day, int hour = 0, int minute = 0) {
   FILETIME out{};
   EXPECT_NE(os::SystemTimeToFileTime(&t, &out), 0);
   return ticks(out);
-}
-
-// The offset in force, in ticks east of UTC, as the platform steps a moment
-// in the middle of the count.
-int64_t offset_in_force() {
-  const FILETIME utc = moment(utc_ticks(2024, 1, 15, 12));
-  FILETIME local{};
-  EXPECT_NE(os::FileTimeToLocalFileTime(&utc, &local), 0);
-  return ticks(local) - ticks(utc);
 }
 
 // How far the local clock is from the UTC clock plus `offset`, in ticks.
@@ -68,17 +58,20 @@ std::optional<int64_t> known_offset() {
 // of the tick at which the local form leaves it in this zone, and with all
 // bits set, a local form outside the count is refused and leaves the
 // out-value, never wraps.
-TEST(Zone, StepsByTheOffsetOfTheZoneTzNamesOrRefuses) {
+KZ_TWIN_SUITE(ZoneText);
+
+TYPED_TEST(ZoneText, StepsByTheOffsetOfTheZoneTzNamesAndWrittenMomentsReadBack) {
+  using Ch = TypeParam;
   const auto known = known_offset();
   if (!known) GTEST_SKIP() << "TZ names no zone this test knows (ctest sets it for it)";
   const int64_t offset = *known, untouched = 0x5A5A5A5A'A5A5A5A5;
-  const auto edge = static_cast<uint64_t>(offset < 0 ? -offset : kLastTick - offset);
+  const auto edge = static_cast<uint64_t>(offset < 0 ? -offset : INT64_MAX - offset);
   for (const uint64_t bits :
        {uint64_t(utc_ticks(2024, 1, 15, 12)), uint64_t(utc_ticks(2024, 7, 15)),
-        uint64_t(utc_ticks(1700, 3, 1)), uint64_t{0}, uint64_t{kLastTick}, edge, edge - 1, edge + 1,
+        uint64_t(utc_ticks(1700, 3, 1)), uint64_t{0}, uint64_t{INT64_MAX}, edge, edge - 1, edge + 1,
         ~uint64_t{0}}) {
     const auto utc = static_cast<int64_t>(bits);
-    const bool in_count = utc >= 0 && (offset >= 0 ? utc <= kLastTick - offset : utc >= -offset);
+    const bool in_count = utc >= 0 && (offset >= 0 ? utc <= INT64_MAX - offset : utc >= -offset);
     FILETIME local = moment(untouched), back{};
     const FILETIME in = moment(utc);
     ASSERT_EQ(os::FileTimeToLocalFileTime(&in, &local) != 0, in_count) << std::hex << utc;
@@ -88,20 +81,13 @@ TEST(Zone, StepsByTheOffsetOfTheZoneTzNamesOrRefuses) {
     EXPECT_EQ(ticks(back), utc) << std::hex << utc;
   }
   EXPECT_LT(clock_drift(offset), 20'000'000) << "is tzdata installed for TZ?";
-}
-
-KZ_TWIN_SUITE(ZoneText);
-
-// A moment whose local form leaves the count, or with the top bit set,
-// gives 0 and leaves the buffer; any other written with milliseconds reads
-// back to the same millisecond, from local text.
-TYPED_TEST(ZoneText, WrittenMomentsReadBackExactlyOrAreRefused) {
-  using Ch = TypeParam;
-  const int64_t offset = offset_in_force(), ms = static_cast<int64_t>(os::kTicksPerMillisecond);
+  // A moment whose local form leaves the count, or with the top bit set,
+  // gives 0 and leaves the buffer; any other written with milliseconds reads
+  // back to the same millisecond, from local text.
+  const int64_t ms = static_cast<int64_t>(os::kTicksPerMillisecond);
   FILETIME read{};
-  ASSERT_NE(
-      Twin<Ch>::StringFileTime(text<Ch>("2024-01-02T09:00:00").c_str(), &read, Ch('-'), Ch('T')),
-      0);
+  const auto nine = text<Ch>("2024-01-02T09:00:00");
+  ASSERT_NE(Twin<Ch>::StringFileTime(nine.c_str(), &read, Ch('-'), Ch('T')), 0);
   EXPECT_EQ(ticks(read), utc_ticks(2024, 1, 2, 9) - offset) << "the text is local time";
   const int64_t first = utc_ticks(1601, 1, 1), last = utc_ticks(30827, 12, 30);
   std::vector<int64_t> moments = {first, last, -1, INT64_MIN};
@@ -123,16 +109,6 @@ TYPED_TEST(ZoneText, WrittenMomentsReadBackExactlyOrAreRefused) {
   }
 }
 
-// Puts TZ back as it was, set or not ("TZ" alone removes it), at the end.
-struct SavedTz {
-  std::string setting = std::getenv("TZ") ? std::string("TZ=") + std::getenv("TZ") : "TZ";
-  ~SavedTz() {
-    static std::string kept;  // putenv keeps the pointer
-    kept = setting;
-    putenv(kept.data());
-  }
-};
-
 // A program that sets TZ while it runs gets the new zone at the next call,
 // in both directions of the step and in the clock. The zones are POSIX
 // rules without daylight time, so they need no zone files. Not named Zone:
@@ -141,21 +117,20 @@ struct SavedTz {
 // wchar_t only there.
 TEST(ChangingTz, NextCallTakesTheNewOffset) {
   if (std::is_same_v<KZ_WCHAR, wchar_t>) GTEST_SKIP() << "the Windows zone does not follow TZ";
-  const SavedTz saved;
-  static char settings[][16] = {"TZ=JST-9", "TZ=HST10", "TZ=IST-5:30", "TZ=UTC0", "TZ=JST-9"};
-  const char* local_texts[] = {"2024-01-02T09:00:00", "2024-01-01T14:00:00", "2024-01-02T05:30:00",
-                               "2024-01-02T00:00:00", "2024-01-02T09:00:00"};
+  const char* zones[] = {"JST-9", "HST10", "IST-5:30", "UTC0", "JST-9"};
+  const char* local[] = {"2024-01-02T09:00:00", "2024-01-01T14:00:00", "2024-01-02T05:30:00",
+                         "2024-01-02T00:00:00", "2024-01-02T09:00:00"};
   const int minutes[] = {540, -600, 330, 0, 540};
   const FILETIME utc = moment(utc_ticks(2024, 1, 2));
   for (int k = 0; k < 5; ++k) {
-    ASSERT_EQ(putenv(settings[k]), 0);
+    const ScopedVariable zone("TZ", zones[k]);  // the next puts TZ back
     char out[32];
     FILETIME read{};
     ASSERT_NE(KZ_FileTimeStringA(&utc, out, 0, '-', 'T'), 0);
-    EXPECT_STREQ(out, local_texts[k]) << settings[k];
-    ASSERT_NE(KZ_StringFileTimeA(local_texts[k], &read, '-', 'T'), 0);
-    EXPECT_EQ(ticks(read), ticks(utc)) << settings[k];
-    EXPECT_LT(clock_drift(minutes[k] * kMinute), kMinute) << settings[k];
+    ASSERT_NE(KZ_StringFileTimeA(local[k], &read, '-', 'T'), 0);
+    EXPECT_STREQ(out, local[k]);
+    EXPECT_EQ(ticks(read), ticks(utc)) << zones[k];
+    EXPECT_LT(clock_drift(minutes[k] * kMinute), kMinute) << zones[k];
   }
 }
 

@@ -2,7 +2,6 @@
 // twin refuses what the wide twin groups, and the size bound that lets a
 // grouped text end exactly at size.
 #include "support.h"
-#include "twins.h"
 
 namespace {
 
@@ -10,21 +9,17 @@ using namespace kz::test;
 
 KZ_TWIN_SUITE(Grouping);
 
-TYPED_TEST(Grouping, OnlyDigitsAreNumeric) {
+TYPED_TEST(Grouping, OnlyDigitsAreNumericAndSizesGoAroundTheBound) {
   using Ch = TypeParam;
   // "/" and ":" stand beside the digits; 0x82 0x50 is a Shift-JIS "1".
   for (const char* s : {"", "0123456789", "-1", "/", ":", "1\x82\x50"})
     EXPECT_EQ(Twin<Ch>::IsNumeric(text<Ch>(s).c_str()), s[0] == 0 || s[0] == '0' ? 1 : 0) << s;
   EXPECT_EQ(KZ_IsNumericW(utf16("\uFF11").c_str()), 0);
-}
-
-// Each grouped text is checked at the sizes around where it fits: a text
-// of n elements fits with its terminator behind size n, and with a group
-// of 1 at size n - 1, since the last delimiter and its digit follow one
-// test. The wide twin groups any text, a sign as one element; the narrow
-// twin refuses it and leaves the destination alone.
-TYPED_TEST(Grouping, SizesAroundTheBound) {
-  using Ch = TypeParam;
+  // Each grouped text is checked at the sizes around where it fits: a text
+  // of n elements fits with its terminator behind size n, and with a group
+  // of 1 at size n - 1, since the last delimiter and its digit follow one
+  // test. The wide twin groups any text, a sign as one element; the narrow
+  // twin refuses it and leaves the destination alone.
   // The grouped text null: refused.
   const std::tuple<const char*, const char*, int32_t, Only> cases[] = {
       {"1234567", "1,234,567", 3, kBoth},

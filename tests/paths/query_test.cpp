@@ -2,7 +2,6 @@
 // their own: what finds something, what enters, what is created, and the
 // size and times of a file that nothing else holds.
 #include <chrono>
-#include <fstream>
 
 #include "files.h"
 #include "frame/text.h"
@@ -29,7 +28,7 @@ class FileQueries : public ::testing::Test {
 TYPED_TEST_SUITE(FileQueries, ElementTypes);
 
 // A trailing separator finds no file; no query changes the current directory.
-TYPED_TEST(FileQueries, CheckFileAndCheckDirectoryFindWhatIsThere) {
+TYPED_TEST(FileQueries, ChecksFindWhatIsThereAndCreateDirectoryMakesEveryLevel) {
   using Ch = TypeParam;
   const std::tuple<const char*, int32_t, int32_t> cases[] = {{"a.txt", 1, 0}, {"sub", 1, 1},
                                                              {"?.TXT", 1, 0}, {"*.none", 0, 0},
@@ -40,44 +39,33 @@ TYPED_TEST(FileQueries, CheckFileAndCheckDirectoryFindWhatIsThere) {
     EXPECT_EQ(Twin<Ch>::CheckDirectory(this->at(name).c_str()), directory) << name;
     EXPECT_EQ(this->current(), before);
   }
-}
-
-// Every level is made; 259 elements are within the limit, 260 over it; a
-// relative path counts from the current directory.
-TYPED_TEST(FileQueries, CreateDirectoryMakesEveryLevel) {
-  using Ch = TypeParam;
+  // Every level is made; 259 elements are within the limit, 260 over it; a
+  // relative path counts from the current directory. The narrow walk also
+  // tries the prefix that ends between the bytes of "表" (0x95 0x5C).
   const std::string long_name(259 - this->dir.path().size() - 1, 'n');
-  const std::tuple<std::string, std::string, int32_t> cases[] = {
+  const std::tuple<std::string, std::string, int32_t> levels[] = {
       {"a\\b\\c", "a\\b\\c", 1}, {"a\\b\\c", "a\\b\\c", 0},  // there already
       {"d\\e\\", "d\\e", 1},                                 // one trailing backslash goes
       {"f\\g\\\\", "f\\g", 0},  // of two, the walk made the level the last call finds
-      {long_name + "x", "", 0},  {long_name, long_name, 1}};
-  for (const auto& [path, made, result] : cases) {
+      {long_name + "x", "", 0},  {long_name, long_name, 1}, {"\x95\x5C\\sub", "\x95\x5C\\sub", 1}};
+  for (const auto& [path, made, result] : levels) {
     EXPECT_EQ(Twin<Ch>::CreateDirectory(this->at(path).c_str()), result) << path;
     EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path(made))));
   }
   EXPECT_EQ(Twin<Ch>::CreateDirectory(text<Ch>("").c_str()), 0);
-  const auto before = this->current();
   ASSERT_TRUE(kz::Text<Ch>::set_current_directory(this->at().c_str()));
   EXPECT_EQ(Twin<Ch>::CreateDirectory(text<Ch>("r\\s").c_str()), 1);
   kz::Text<Ch>::set_current_directory(before.c_str());
   EXPECT_TRUE(std::filesystem::is_directory(native(this->dir.path("r\\s"))));
 }
 
-// The walk also tries the prefix that ends between the bytes of "表".
-TEST(FileQueries, NarrowCreateDirectoryTakesATrailByteForABackslash) {
-  TempDir dir;
-  EXPECT_EQ(KZ_CreateDirectoryA(dir.path("\x95\x5C\\sub").c_str()), 1);
-  EXPECT_EQ(KZ_CheckDirectoryW(dir.at<wchar>("\x95\x5C\\sub").c_str()), 1);
-}
-
 // Sizes beside 4 GiB, in sparse files; low bits all ones look like a failure
 // and only the whole tells them apart. Directories, missing and busy files
 // give neither size nor times.
-TYPED_TEST(FileQueries, FileSizeGivesTheLowHalfAndTheWhole) {
+TYPED_TEST(FileQueries, FileSizeGivesTheLowHalfAndTheWholeFileTimeOnlyTheTimesAsked) {
   using Ch = TypeParam;
+  write_bytes(this->dir.path("big"), "");
   const auto big = native(this->dir.path("big"));
-  std::ofstream(big).close();
   for (uint64_t size : {uint64_t{5}, (uint64_t{1} << 32) + 5, uint64_t{0xFFFFFFFF}}) {
     std::filesystem::resize_file(big, size);
     uint64_t whole = 0;
@@ -96,17 +84,12 @@ TYPED_TEST(FileQueries, FileSizeGivesTheLowHalfAndTheWhole) {
     EXPECT_EQ(write_time.dwLowDateTime, 1u);
   }
   KZ_TextFileClose(held);
-}
-
-// Only the time asked for is written; the last write lies between the
-// clock before and after the write (1601 to 1970 is 11,644,473,600 s).
-TYPED_TEST(FileQueries, FileTimeFillsOnlyTheTimesAsked) {
-  using Ch = TypeParam;
-  const auto now = [](int seconds) {
-    using namespace std::chrono;
-    return (duration_cast<microseconds>(system_clock::now().time_since_epoch()).count() +
-            (11'644'473'600 + seconds) * 1'000'000) *
-           10;
+  // Only the time asked for is written; the last write lies between the
+  // clock before and after the write.
+  using namespace std::chrono;
+  const auto now = [](int seconds) {  // in ticks from 1601, 11,644,473,600 s before 1970
+    const auto since_1970 = duration_cast<microseconds>(system_clock::now().time_since_epoch());
+    return (since_1970 + 11'644'473'600s + 1s * seconds).count() * 10;
   };
   const int64_t before = now(-2);
   write_bytes(this->dir.path("t"), "x");

@@ -26,9 +26,7 @@ TYPED_TEST(DateTimeText, EveryRecordReadsBackFromATextOfItsFieldsWidths) {
   const Ch separators[] = {'T', Ch(sizeof(Ch) == 1 ? 0xFF : 0x3000)};
   std::mt19937 random(800);
   for (int round = 0; round < 3000; ++round) {
-    const auto field = [&](unsigned bound) {
-      return static_cast<uint16_t>(random() % (round % 4 ? bound : 65536));
-    };
+    const auto field = [&](unsigned n) { return uint16_t(random() % (round % 4 ? n : 65536)); };
     SYSTEMTIME t = system_time(field(10000), field(13), field(32), field(24), field(60), field(60),
                                field(1000));
     t.wDayOfWeek = 65535;

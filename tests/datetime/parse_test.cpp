@@ -70,7 +70,6 @@ TYPED_TEST(TextToDate, ReadsFieldsTolerantlyAndMillisecondsAsAWholeNumber) {
       {"2024-01-02T12:00:00.1000", kRefused},
       {"2024-02-30T12:00:00", kRefused},
       {"2024-01-02T24:00:00", kRefused}};
-  ASSERT_NE(base, kRefused);
   for (const auto& [input, expected] : moments) EXPECT_EQ(read(input), expected) << input;
 }
 

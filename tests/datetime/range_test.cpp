@@ -1,6 +1,7 @@
 // Date range checks: 1 inside, 0 outside, -1 for a point that does not
 // convert, from records and texts. Allocation failures are held by the
-// allocation table, the forms that read the clock by the pinned-clock tests.
+// allocation table, the edges of the day for the forms that read the clock
+// by the pinned-clock tests.
 #include <cstdio>
 
 #include "support.h"
@@ -53,8 +54,9 @@ TYPED_TEST(RangeText, DatesAreWholeDaysDateTimesStrictOrInclusiveByTheFlag) {
           << start << " .. " << end << " @ " << target << " inclusive " << inclusive;
   }
   // Date-time records are inclusive to the second, texts to the millisecond
-  // and strict or inclusive by the flag. The record forms that read the
-  // clock refuse a bad end and compare with it like the others.
+  // and strict or inclusive by the flag. The forms that read the clock
+  // refuse a bad end and compare with both bounds like the others (the
+  // pinned-clock runs hold the edges of the day).
   const DateTimeRecord start{2024, 1, 2, 3, 4, 5}, end{2024, 1, 2, 3, 4, 7},
       bad{2024, 2, 30, 0, 0, 0};
   for (const auto& [second, expected] : {std::pair(5, 1), {7, 1}, {4, 0}, {8, 0}, {60, -1}}) {
@@ -65,6 +67,10 @@ TYPED_TEST(RangeText, DatesAreWholeDaysDateTimesStrictOrInclusiveByTheFlag) {
   EXPECT_EQ(joined(KZ_CheckDateTime(&bad, &end, &start), KZ_CheckDateTime(&start, &bad, &start),
                    KZ_CheckCurrentDateTime(&start, &bad), KZ_CheckCurrentDate(&first, &second)),
             joined(-1, -1, -1, 0));
+  const auto past = text<Ch>("1700-01-01T00:00:00"), future = text<Ch>("30000-12-31T00:00:00");
+  EXPECT_EQ(joined(Twin<Ch>::CheckStringCurrentDate(past.c_str(), future.c_str(), 0),
+                   Twin<Ch>::CheckStringCurrentDateTime(past.c_str(), future.c_str(), 0)),
+            joined(1, 1));
   const char *from = "2024-01-02T03:04:05", *to = "2024-01-02T03:04:07.500",
              *wrong = "2024-02-30T00:00:00";
   const std::tuple<const char*, const char*, const char*, int32_t, int32_t> times[] = {

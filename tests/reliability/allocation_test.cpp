@@ -11,6 +11,7 @@
 #include <set>
 
 #include "files.h"
+#include "platform/platform.h"
 
 namespace kz::test {
 namespace {
@@ -137,6 +138,9 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
   std::int32_t valid;
   std::uint64_t size = 0;
   const std::string selection("d\0a\0b\0", 7);
+  // The narrow list goes through a wide buffer of 260 elements: this program's own command
+  // line (a deep build folder, a long test filter) may not fit, and then nothing is allocated.
+  const Left narrow_line = std::strlen(os::GetCommandLineA()) < 260 ? kBare : kNo;
 
   const std::vector<Row> rows = {
       NONE1(KZ_IsSJisMultiByteChar, KZ_IsSJisMultiByteChar("\x93\xFA")),
@@ -239,7 +243,7 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
       TWO(StatusIsStringWait, kBare, 2, T::StatusIsStringWait(status, TX("abc"), 0)),
       ONE(KZ_StatusIsDataWait, kBare, 2, KZ_StatusIsDataWait(status, "abc", 3, 0)),
       TWO(CmdLineList, kBare, 0, T::CmdLineList(TX("a \"b c\" d"), &l), list),
-      TWO(GetCmdLine, kBare, 0, T::GetCmdLine(&l), list),
+      TWINS("GetCmdLine", narrow_line, kBare, 0, T::GetCmdLine(&l), list),
       TWO(GetCommand, kEmpty, 0, T::GetCommand(TX("d\\a.exe b"), o, 16), o),
       TWO(GetCommandDirectory, kEmpty, 0, T::GetCommandDirectory(TX("d\\a.exe b"), o, 16), o),
       TWO(GetCmdLineParam, kBare, 0, T::GetCmdLineParam(TX("a b c"), &l), list),
@@ -270,6 +274,8 @@ TEST(AllocationFailure, EveryExportFailsAsItsContractSays) {
   EXPECT_EQ(named, exported_names());
 
   for (TextFileHandle* file : {reads[0], reads[1], writes[0], writes[1]}) KZ_TextFileClose(file);
+  // An open that failed but kept its stream would still hold the file against a writer.
+  EXPECT_TRUE(opened(KZ_TextFileOpenA(dir.path("n.txt").c_str(), "w", 0)));
   KZ_StatusEndFile(status, 0);
 }
 

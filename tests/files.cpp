@@ -10,8 +10,6 @@
 
 namespace kz::test {
 
-std::string program_path;
-
 wstring widen(const std::string& narrow) {
   std::vector<wchar> wide(narrow.size() + 1);
   kz::os::MultiByteToWideChar(kz::os::kAnsiCodePage, 0, narrow.c_str(), -1, wide.data(),

@@ -196,9 +196,9 @@ TEST(PlatformTime, RangeOfTheRecordAndOfTheCount) {
 // The vectors come from the real calls (tools/gen-time-vectors/generate):
 // "S" records give a record, its count and its day of week (both ways),
 // "F" records a count, whether it converts (the top bit set: no, and the
-// record is kept), and the record it gives. On
-// POSIX this holds our calendar against Windows; under Wine it checks the
-// file against the system it was made on.
+// record is kept), and the record it gives. On POSIX this holds our
+// calendar against Windows; under Wine it checks the file against the
+// system it was made on.
 TEST(PlatformTime, AgreesWithTheRecordedWindowsVectors) {
   std::ifstream file(KZ_TEST_DATA "/time_vectors.txt");
   ASSERT_TRUE(file) << "cannot open " << KZ_TEST_DATA "/time_vectors.txt";

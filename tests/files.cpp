@@ -2,15 +2,13 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 #include "platform/platform.h"
 
 namespace kz::test {
-
-std::string program_path;
 
 wstring widen(const std::string& narrow) {
   std::vector<wchar> wide(narrow.size() + 1);
@@ -78,23 +76,17 @@ void write_bytes(const std::string& library_path, const std::string& bytes) {
   std::ofstream(native(library_path), std::ios::binary | std::ios::trunc) << bytes;
 }
 
-namespace {
-
-std::vector<std::pair<const char*, HelperFunction>>& helpers() {
-  static std::vector<std::pair<const char*, HelperFunction>> registered;
+// The helpers by name, in a function's static: registrations run before main.
+static std::map<std::string, HelperFunction>& helpers() {
+  static std::map<std::string, HelperFunction> registered;
   return registered;
 }
 
-}  // namespace
-
-RegisterHelper::RegisterHelper(const char* name, HelperFunction run) {
-  helpers().emplace_back(name, run);
-}
+RegisterHelper::RegisterHelper(const char* name, HelperFunction run) { helpers()[name] = run; }
 
 int dispatch_helper(int argc, char** argv) {
-  for (const auto& [name, run] : helpers())
-    if (argc >= 1 && std::strcmp(name, argv[0]) == 0) return run(argc, argv);
-  return 2;
+  const auto found = argc >= 1 ? helpers().find(argv[0]) : helpers().end();
+  return found == helpers().end() ? 2 : found->second(argc, argv);
 }
 
 int run_this_program(const std::vector<std::string>& arguments) {

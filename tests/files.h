@@ -19,11 +19,8 @@ std::string narrow(const wstring& wide);
 // Narrow code page 932 text in the width of Ch.
 template <class Ch>
 std::basic_string<Ch> in(const std::string& narrow_text) {
-  if constexpr (sizeof(Ch) == 1) {
-    return narrow_text;
-  } else {
-    return widen(narrow_text);
-  }
+  if constexpr (sizeof(Ch) == 1) return narrow_text;
+  if constexpr (sizeof(Ch) != 1) return widen(narrow_text);
 }
 
 // A fresh directory under TEMP, removed with all it holds at the end.
@@ -81,7 +78,5 @@ struct RegisterHelper {
   RegisterHelper(const char* name, HelperFunction run);
 };
 int dispatch_helper(int argc, char** argv);
-// Set by main.
-extern std::string program_path;
 
 }  // namespace kz::test

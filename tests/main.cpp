@@ -9,7 +9,6 @@
 #include "files.h"
 
 int main(int argc, char** argv) {
-  kz::test::program_path = argv[0];
   if (argc >= 2 && std::strcmp(argv[1], "--kz-helper") == 0)
     return kz::test::dispatch_helper(argc - 2, argv + 2);
   testing::InitGoogleTest(&argc, argv);

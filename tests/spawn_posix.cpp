@@ -3,7 +3,8 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
+
+#include <filesystem>
 
 #include "support.h"
 
@@ -12,10 +13,7 @@ extern char** environ;
 namespace kz::test {
 
 std::intptr_t start_this_program(const std::vector<std::string>& arguments) {
-  std::string program(4096, '\0');
-  const ssize_t got = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
-  if (got <= 0) return -1;
-  program.resize(static_cast<std::size_t>(got));
+  std::string program = std::filesystem::read_symlink("/proc/self/exe");
   std::vector<char*> argv{program.data()};
   std::vector<std::string> copies(arguments);
   for (std::string& argument : copies) argv.push_back(argument.data());

@@ -12,6 +12,7 @@
 #include "frame/memory.h"
 #include "kz_basis.h"
 #include "platform/filetime.h"
+#include "platform/utf8.h"
 #include "twins.h"
 
 namespace kz::test {
@@ -29,15 +30,14 @@ using ElementTypes = ::testing::Types<char, wchar>;
 // table of cases can run through both twins.
 template <class Ch>
 std::basic_string<Ch> text(const std::string& bytes) {
-  std::basic_string<Ch> out;
-  for (unsigned char c : bytes) out.push_back(static_cast<Ch>(c));
-  return out;
+  const auto* first = reinterpret_cast<const unsigned char*>(bytes.data());
+  return std::basic_string<Ch>(first, first + bytes.size());
 }
 
 // The UTF-16 form of a UTF-8 literal, for wide cases outside ASCII.
-wstring utf16(const std::string& utf8);
+inline wstring utf16(const std::string& utf8) { return kz::utf8::to_utf16<wchar>(utf8); }
 // The UTF-8 form of wide text, for readable failure messages.
-std::string utf8(const wstring& wide);
+inline std::string utf8(const wstring& wide) { return kz::utf8::from_utf16<wchar>(wide); }
 
 // What every out-buffer holds before a call, so that a write out of bounds
 // or a missing terminator shows.
@@ -53,17 +53,6 @@ std::vector<Ch> sentinel_buffer(std::size_t size) {
 template <class Ch>
 std::basic_string<Ch> str(const std::vector<Ch>& buffer) {
   return buffer.data();
-}
-
-// The elements of a buffer up to its terminator or its end, as numbers:
-// to compare a whole out-buffer, untouched or not, in one check.
-template <class Ch>
-std::string shown(const std::vector<Ch>& buffer) {
-  std::string out;
-  for (std::size_t i = 0; i < buffer.size() && buffer[i] != 0; ++i)
-    out += std::to_string(static_cast<unsigned>(static_cast<std::make_unsigned_t<Ch>>(buffer[i]))) +
-           " ";
-  return out;
 }
 
 // Whether every element from `from` on still holds the sentinel: nothing
@@ -97,43 +86,27 @@ std::string joined(Values... values) {
 }
 
 // A calendar record, and a moment as one count of ticks and back.
-SYSTEMTIME system_time(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
-                       int ms = 0);
-inline std::int64_t ticks(const FILETIME& moment) {
-  return static_cast<std::int64_t>(kz::os::to_ticks(moment));
+inline SYSTEMTIME system_time(int year, int month, int day, int hour = 0, int minute = 0,
+                              int second = 0, int ms = 0) {
+  const auto field = [](int value) { return static_cast<uint16_t>(value); };
+  return {field(year),   field(month),  0,        field(day), field(hour),
+          field(minute), field(second), field(ms)};
 }
-inline FILETIME moment(std::int64_t ticks) {
-  return kz::os::to_file_time(static_cast<std::uint64_t>(ticks));
-}
+inline std::int64_t ticks(const FILETIME& moment) { return std::int64_t(kz::os::to_ticks(moment)); }
+inline FILETIME moment(std::int64_t ticks) { return kz::os::to_file_time(std::uint64_t(ticks)); }
 
 // Runs `body` with the allocator failing once at the n-th allocation, for
 // n = 1, 2, ... until a run makes no n-th allocation; then once more with
 // every allocation from the n-th on failing.
 template <class Body>
 void for_each_allocation_failure(Body body) {
-  for (bool persistent : {false, true}) {
-    for (long nth = 1;; ++nth) {
+  for (bool persistent : {false, true})
+    for (long nth = 1, reached = 1; reached; ++nth) {
       kz::alloc_faults::arm(nth, persistent);
       body();
-      const bool reached = kz::alloc_faults::attempts() >= nth;
+      reached = kz::alloc_faults::attempts() >= nth;
       kz::alloc_faults::disarm();
-      if (!reached) break;
     }
-  }
-}
-
-// Runs `call`, which shows its result and out-values as text, once with
-// every allocation granted and then under every allocation failure: it gives
-// the whole result or `failed`, never half of one.
-template <class Call>
-void expect_whole_or(const std::string& failed, Call call) {
-  const std::string whole = call();
-  for_each_allocation_failure([&] {
-    const std::string got = call();
-    if (got != whole) {
-      EXPECT_EQ(got, failed) << "whole: " << whole;
-    }
-  });
 }
 
 // The strings of a list in one text, each closed by '|'; the list is then

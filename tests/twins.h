@@ -10,9 +10,6 @@ namespace kz::test {
 
 using wchar = KZ_WCHAR;
 
-template <class Ch>
-struct Twin;
-
 // Every name that has an A and a W export, family by family: strings,
 // numbers and dates; paths, file queries, text files and the journal;
 // status files; command lines and selections.
@@ -40,29 +37,19 @@ struct Twin;
 
 // Each name is pasted straight into the export's, never expanded first:
 // the Windows headers define some of them (CreateDirectory) as macros.
-#define KZ_TWIN_A(name)            \
-  template <class... Args>         \
-  static auto name(Args... args) { \
-    return KZ_##name##A(args...);  \
-  }
-#define KZ_TWIN_W(name)            \
-  template <class... Args>         \
-  static auto name(Args... args) { \
-    return KZ_##name##W(args...);  \
+#define KZ_TWIN(name)                                            \
+  template <class... Args>                                       \
+  static auto name(Args... args) {                               \
+    if constexpr (sizeof(Ch) == 1) return KZ_##name##A(args...); \
+    if constexpr (sizeof(Ch) != 1) return KZ_##name##W(args...); \
   }
 
-template <>
-struct Twin<char> {
-  KZ_TWIN_NAMES(KZ_TWIN_A)
+template <class Ch>
+struct Twin {
+  KZ_TWIN_NAMES(KZ_TWIN)
 };
 
-template <>
-struct Twin<wchar> {
-  KZ_TWIN_NAMES(KZ_TWIN_W)
-};
-
-#undef KZ_TWIN_W
-#undef KZ_TWIN_A
+#undef KZ_TWIN
 #undef KZ_TWIN_NAMES
 
 }  // namespace kz::test

@@ -3,7 +3,9 @@
 // layer converts: the plain one and one per vector instruction set this
 // processor runs. Under Wine the one way is the real MultiByteToWideChar,
 // WideCharToMultiByte and _ismbclegal, which proves that the checked-in
-// data matches its source.
+// data matches its source and that the model's rules (what a lead byte
+// before a byte that is no trail gives inside a longer text, what a
+// destination too small holds) are the platform's.
 #include <algorithm>
 #include <random>
 #include <string>
@@ -20,8 +22,6 @@ namespace cp = kz::cp932;
 namespace os = kz::os;
 using namespace kz::test;
 using os::WCHAR;
-
-#include "platform/posix/cp932_vectors.inc"
 
 constexpr int kBlock = 64;  // the widest block any way reads at once
 
@@ -125,32 +125,6 @@ TEST(CodePage932, EveryCharacterConvertsAsTheTablesSay) {
     for (unsigned code = 1; code < 0x10000; ++code)
       ASSERT_TRUE(converts_as_model(std::u16string(1, char16_t(code)), unit)) << path << code;
   });
-}
-
-// Replays records of random texts with what the platform answered for them,
-// sizes around the needed one included: how a lead byte swallows an invalid
-// trail inside a longer text, what a too-small destination holds, and what
-// stays untouched.
-template <class In, class Out, std::size_t N>
-int replay(const std::uint16_t (&vectors)[N]) {
-  int records = 0;
-  for (std::size_t at = 0; at < N; ++records) {
-    std::basic_string<WCHAR> units;
-    for (std::size_t length = vectors[at++]; length > 0; --length) units += vectors[at++];
-    const std::basic_string<In> text(units.begin(), units.end());
-    const int size = vectors[at++], expected = vectors[at++];
-    std::vector<Out> out(size + 1, kSentinel<Out>);
-    EXPECT_EQ(convert(text.c_str(), size ? out.data() : nullptr, size), expected) << records;
-    for (int i = 0; i <= size; ++i)
-      EXPECT_EQ(out[i], i < size ? static_cast<Out>(vectors[at++]) : kSentinel<Out>)
-          << "record " << records << " at " << i;
-  }
-  return records;
-}
-
-TEST(CodePage932, RandomTextsConvertAsThePlatformDidWhenTheyWereRecorded) {
-  EXPECT_EQ((replay<char, WCHAR>(kDecodeVectors)), 1500);
-  EXPECT_EQ((replay<WCHAR, char>(kEncodeVectors)), 1500);
 }
 
 // Texts whose terminator lies before or at the end of a page behind which

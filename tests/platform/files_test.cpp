@@ -1,9 +1,11 @@
-// The platform's files, streams, environment and change notification, as
-// the library relies on them; each case holds for Windows (under Wine) and
-// for the POSIX layer (the status waits exercise the rest of the
-// notification).
+// The platform's files, streams, environment, change notification and
+// command line, as the library relies on them; each case holds for Windows
+// (under Wine) and for the POSIX layer (the status waits exercise the rest
+// of the notification).
 #include "files.h"
 
+#include <array>
+#include <fstream>
 #include <random>
 
 #include "platform/platform.h"
@@ -27,15 +29,14 @@ TEST(PlatformFiles, BothSlashesSeparateAndTheCurrentDirectoryHasADrive) {
   ASSERT_NE(find, os::kInvalidHandle);
   EXPECT_EQ(std::string(found.cFileName), "a.txt");
   os::FindClose(find);
-  char current[260];
-  const os::DWORD n = os::GetCurrentDirectoryA(260, current);
-  ASSERT_GT(n, 2u);
-  EXPECT_EQ(std::string(current + 1, 2), ":\\");
-  EXPECT_TRUE(os::SetCurrentDirectoryA(current));
   // Too small a buffer: the size needed, and nothing written.
-  char small[4] = {'?', '?', '?', '?'};
-  EXPECT_EQ(os::GetCurrentDirectoryA(n, small), n + 1);
-  EXPECT_EQ(small[0], '?');
+  std::string current(260, '?'), small(260, '?');
+  const os::DWORD n = os::GetCurrentDirectoryA(260, current.data());
+  ASSERT_GT(n, 2u);
+  EXPECT_EQ(current.substr(1, 2), ":\\");
+  EXPECT_TRUE(os::SetCurrentDirectoryA(current.c_str()));
+  EXPECT_EQ(os::GetCurrentDirectoryA(n, small.data()), n + 1);
+  EXPECT_EQ(small, std::string(260, '?'));
 }
 
 TEST(PlatformFiles, EnvironmentNamesHaveNoCase) {
@@ -58,17 +59,17 @@ TEST(PlatformFiles, OpensKeepToEachOthersShareModes) {
   write_bytes(dir.path("s"), "x");
   const auto R = os::kGenericRead, W = os::kGenericWrite;
   const auto SR = os::kFileShareRead, SW = os::kFileShareWrite;
-  const std::tuple<os::DWORD, os::DWORD, os::DWORD, os::DWORD, bool> cases[] = {
-      {R, SR, R, SR, true},
-      {R, SR, W, SR | SW, false},
-      {R, 0, R, SR | SW, false},
-      {W, SR, R, SR, false},
-      {W, SR | SW, W, SR | SW, true}};
-  for (const auto& [access, share, second_access, second_share, opens] : cases) {
-    const os::HANDLE first = open(dir.path("s"), access, share);
-    const os::HANDLE second = open(dir.path("s"), second_access, second_share);
-    EXPECT_EQ(joined(first != os::kInvalidHandle, second != os::kInvalidHandle), joined(1, opens))
-        << access << " " << share << " " << second_access << " " << second_share;
+  // access and share of the first open, of the second, and whether it opens
+  const std::array<os::DWORD, 5> cases[] = {{R, SR, R, SR, 1},
+                                            {R, SR, W, SR | SW, 0},
+                                            {R, 0, R, SR | SW, 0},
+                                            {W, SR, R, SR, 0},
+                                            {W, SR | SW, W, SR | SW, 1}};
+  for (const auto& c : cases) {
+    const os::HANDLE first = open(dir.path("s"), c[0], c[1]),
+                     second = open(dir.path("s"), c[2], c[3]);
+    EXPECT_EQ(joined(first != os::kInvalidHandle, second != os::kInvalidHandle), joined(1, c[4]))
+        << ::testing::PrintToString(c);
     os::CloseHandle(second);
     os::CloseHandle(first);
   }
@@ -78,7 +79,7 @@ TEST(PlatformFiles, OpensKeepToEachOthersShareModes) {
 
 // Text mode reads CR LF as one newline and keeps every other CR, checked
 // against a plain model on random text whose lines straddle the stream's
-// buffers; modes and paths the runtime refuses give no stream.
+// buffers (the text file tests show the opens it refuses).
 TEST(PlatformFiles, TextModeReadsCrLfAsOneNewline) {
   TempDir dir;
   std::mt19937 rng(5);
@@ -105,11 +106,9 @@ TEST(PlatformFiles, TextModeReadsCrLfAsOneNewline) {
     os::fclose(stream);
     EXPECT_EQ(got, expected) << round;
   }
-  FILE* stream = reinterpret_cast<FILE*>(1);
-  EXPECT_NE(os::fopen_s(&stream, dir.path("m").c_str(), "q"), 0);
-  EXPECT_EQ(stream, nullptr);
-  EXPECT_NE(os::fopen_s(&stream, dir.path("missing").c_str(), "r"), 0);
-  EXPECT_NE(os::fopen_s(&stream, dir.path().c_str(), "r"), 0);
+  FILE* refused = reinterpret_cast<FILE*>(1);  // a refused open gives no stream
+  EXPECT_NE(os::fopen_s(&refused, dir.path("m").c_str(), "q"), 0);
+  EXPECT_EQ(refused, nullptr);
 }
 
 // Wine delivers a change through its server, so a signal may come a moment
@@ -132,6 +131,63 @@ TEST(ChangeNotification, AChangeBeforeTheReArmIsKept) {
   ASSERT_NE(os::FindNextChangeNotification(change), 0);
   EXPECT_EQ(os::WaitForSingleObject(change, kSignalGrace), os::kWaitObject0);
   os::FindCloseChangeNotification(change);
+}
+
+// A text of the vector file: what stands between its outer brackets, with
+// %XXXX for one 16-bit element.
+wstring bracketed(const std::string& record) {
+  wstring text;
+  for (std::size_t i = record.find('[') + 1; i < record.rfind(']'); ++i) {
+    const bool escaped = record[i] == '%';
+    text.push_back(static_cast<wchar>(escaped ? std::stoul(record.substr(i + 1, 4), nullptr, 16)
+                                              : static_cast<unsigned char>(record[i])));
+    if (escaped) i += 4;
+  }
+  return text;
+}
+
+// The vectors come from the real call (tools/gen-argv/generate): a "line"
+// record, then one "arg" record per element, or "program" where the
+// running program's path stands. On POSIX this holds the layer's split
+// against Windows; under Wine it checks the file against the system it was
+// made on.
+TEST(PlatformCommandLine, SplitsEveryRecordedLineAsThePlatformDoes) {
+  std::ifstream file(KZ_ARGV_VECTORS);
+  ASSERT_TRUE(file) << "cannot open " << KZ_ARGV_VECTORS;
+  std::vector<std::pair<wstring, std::vector<wstring>>> records;
+  for (std::string record; std::getline(file, record);) {
+    if (record.rfind("line ", 0) == 0)
+      records.push_back({bracketed(record), {}});
+    else if (!records.empty() && record.rfind("arg ", 0) == 0)
+      records.back().second.push_back(bracketed(record));
+    else if (!records.empty() && record == "program")
+      records.back().second.push_back(module_path());
+  }
+  ASSERT_GE(records.size(), 460u);
+  for (const auto& [line, expected] : records) {
+    int count = -1;
+    wchar** elements = os::CommandLineToArgvW(line.c_str(), &count);
+    ASSERT_NE(elements, nullptr) << utf8(line);
+    EXPECT_EQ(std::vector<wstring>(elements, elements + count), expected) << utf8(line);
+    EXPECT_EQ(elements[count], nullptr) << "the array ends in a null";
+    os::LocalFree(elements);
+  }
+}
+
+// A path that does not fit with its terminator fills the buffer, without a
+// terminator, and the result says so by equalling size.
+TEST(PlatformCommandLine, CutsTheProgramsPathAtTheBufferAndSaysSo) {
+  const wstring program = module_path();
+  const auto length = static_cast<os::DWORD>(program.size());
+  for (os::DWORD size : {length + 2, length + 1, length, length - 1, os::DWORD{1}}) {
+    std::vector<wchar> buffer = sentinel_buffer<wchar>(size + 1);
+    const bool fits = size > length;
+    EXPECT_EQ(os::GetModuleFileNameW(nullptr, buffer.data(), size), fits ? length : size) << size;
+    EXPECT_EQ(wstring(buffer.begin(), buffer.end()),
+              (fits ? program + wchar{0} : program.substr(0, size)) +
+                  wstring(fits ? size - length : 1, kSentinel<wchar>))
+        << size;
+  }
 }
 
 }  // namespace

@@ -9,8 +9,6 @@
 // of them with two terminators added.
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 template <class Ch>
@@ -53,8 +51,6 @@ void drive(std::basic_string<Ch> elements, int32_t size) {
   check(stored <= count && stored == (stored < 0 ? -1 : files.count));
   if (stored >= 0) Api::DeleteStrList(&files);
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;

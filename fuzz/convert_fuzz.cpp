@@ -12,8 +12,6 @@
 #include "cp932_model.h"
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 // Converts a terminated text into an exact block of a selected size (small
@@ -42,8 +40,6 @@ std::unique_ptr<To[]> converts(int32_t (*convert)(const From*, To*, int32_t),
   check(kz::test::leaves(dst.get(), count, count, model, To{0}));
   return size >= needed ? std::move(dst) : nullptr;
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;

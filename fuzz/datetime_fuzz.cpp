@@ -5,8 +5,6 @@
 // block of exactly its size, so a read past its terminator shows.
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 // Reads each text every way; a moment read from text is written back and
@@ -39,8 +37,6 @@ void drive(const std::basic_string<Ch>* texts, Ch delimiter, Ch separator, int32
   check(Api::CheckStringDateTime(start, end, target, inclusive) >= -1);
   check(Api::CheckStringCurrentDateTime(start, end, inclusive) >= -1);
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;

@@ -11,8 +11,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 struct Params {
@@ -95,8 +93,6 @@ void drive(const std::basic_string<Ch>& text, const Params& p) {
           std::memcmp(&rect, &written_rect, sizeof rect) == 0);
   }
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 13) return 0;

@@ -9,8 +9,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 // The paths that the selection names as the walk bounded by size takes
@@ -48,8 +46,6 @@ std::vector<std::string> selected(const std::string& bytes, int32_t size, int32_
   if (*stored >= 0) Twin<Ch>::DeleteStrList(&list);
   return paths;
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;

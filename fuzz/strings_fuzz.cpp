@@ -9,8 +9,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 // Whether an exact block holds a terminated text of `result` elements,
@@ -95,8 +93,6 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
   }
   check(std::basic_string<Ch>(back.data()) == expected.data());
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 5) return 0;

@@ -13,8 +13,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
 using namespace kz::fuzz;
 
 const std::string kRoot = "/dev/shm/kz-fuzz-" + std::to_string(getpid());
@@ -72,8 +70,6 @@ void write_and_read(const std::vector<std::basic_string<Ch>>& lines, int32_t wid
         wide == 2);
   KZ_TextFileClose(file);
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;

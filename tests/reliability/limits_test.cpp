@@ -35,9 +35,25 @@ inline int32_t convert(const char* s, wchar* d, int32_t n) { return KZ_SJIS2UNIC
                  [[maybe_unused]] const Ch* s) -> std::int64_t { return __VA_ARGS__; }}
 // clang-format on
 
-KZ_TWIN_SUITE(GuardedSizes);
+template <class Ch>
+struct LimitRow {
+  const char* name;
+  std::size_t limit;    // elements, terminator included
+  std::string head;     // the text, with zeros put in at its "*" (the letter t at a "#")
+  int32_t extra;        // elements of the text that the limit does not count
+  std::int64_t within;  // result for a text of limit - 1 elements
+  std::int64_t beyond;  // and for a longer one
+  std::function<std::int64_t(const Ch* text)> call;
+};
 
-TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
+// clang-format off
+#define LIMITED(name, limit, head, extra, within, beyond, ...) LimitRow<Ch>{name, limit, head, \
+    extra, within, beyond, [&](const Ch* s) -> std::int64_t { return __VA_ARGS__; }}
+// clang-format on
+
+KZ_TWIN_SUITE(GuardedBuffers);
+
+TYPED_TEST(GuardedBuffers, NoCallTouchesAnythingPastItsBuffersOrBeyondAFixedLimit) {
   using Ch = TypeParam;
   using T = Twin<Ch>;
   using Other = std::conditional_t<sizeof(Ch) == 1, wchar, char>;
@@ -65,7 +81,7 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
   const DateRecord widest_date{65535, 65535, 65535}, wednesday{2024, 1, 3};
   const TimeRecord widest_time{65535, 65535, 65535};
   const SYSTEMTIME widest_clock = system_time(65535, 65535, 65535, 65535, 65535, 65535, 65535);
-  const std::vector<SizeRow<Ch>> rows = {
+  const std::vector<SizeRow<Ch>> sized = {
       SIZED("KZ_SJIS2UNICODE/KZ_UNICODE2SJIS", "", 4, 1, 5, convert(other.get(), d, n)),
       SIZED("StringCopyEx", "abc", 4, kFits, 0,
             n > 0 ? T::StringCopyEx(d, s, Ch(','), n - 1, 0) : 0),  // dst[0] is always written
@@ -110,7 +126,7 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
       SIZED("QueryDayOfWeek", "", 32, kWidest, 0,
             T::QueryDayOfWeek(&wednesday, nullptr, d, japanese.get())),
   };
-  for (const SizeRow<Ch>& row : rows) {
+  for (const SizeRow<Ch>& row : sized) {
     SCOPED_TRACE(row.name);
     std::int64_t whole = 0;
     std::basic_string<Ch> whole_text;
@@ -131,32 +147,9 @@ TYPED_TEST(GuardedSizes, NoCallWritesOrReadsPastItsBuffers) {
   }
   KZ_StatusEndFile(status, 0);
   KZ_StatusEndFile(data, 0);
-}
 
-template <class Ch>
-struct LimitRow {
-  const char* name;
-  std::size_t limit;    // elements, terminator included
-  std::string head;     // the text, with zeros put in at its "*" (the letter t at a "#")
-  int32_t extra;        // elements of the text that the limit does not count
-  std::int64_t within;  // result for a text of limit - 1 elements
-  std::int64_t beyond;  // and for a longer one
-  std::function<std::int64_t(const Ch* text)> call;
-};
-
-// clang-format off
-#define LIMITED(name, limit, head, extra, within, beyond, ...) LimitRow<Ch>{name, limit, head, \
-    extra, within, beyond, [&](const Ch* s) -> std::int64_t { return __VA_ARGS__; }}
-// clang-format on
-
-KZ_TWIN_SUITE(GuardedLimits);
-
-TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutside) {
-  using Ch = TypeParam;
-  using T = Twin<Ch>;
+  // Texts of limit - 1, limit, limit + 1 and 32,767 elements.
   constexpr bool narrow = sizeof(Ch) == 1;
-  TempDir dir;
-  const ScopedVariable journal_root("KZ_JOURNAL_PATH", dir.path().c_str());
   const std::string in_dir = dir.path() + "\\";
   // A file of 259 elements that the file rows find; the directory rows
   // make one of 259 with its trailing backslash.
@@ -178,7 +171,7 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
     const std::size_t length = std::min<std::size_t>(std::char_traits<Ch>::length(value), 32766);
     return ScopedVariable(variable, std::string(length, 'r').c_str());
   };
-  const std::vector<LimitRow<Ch>> rows = {
+  const std::vector<LimitRow<Ch>> limited = {
       LIMITED("GetDriveNumber", 260, "c:*", 0, 3, -1, T::GetDriveNumber(s)),
       LIMITED("SplitPath", 260, "c:*", 2, 1, 0,
               (T::SplitPath(s, drive.get(), directory.get(), name.get(), extension.get()),
@@ -210,7 +203,7 @@ TYPED_TEST(GuardedLimits, TextsBeyondAFixedLimitFailWithoutTouchingAnythingOutsi
               T::CheckStringDate(s, TX("2025-01-01"), TX("2024-06-01"), 1)),
   };
   write_bytes(dir.path("f"), "");
-  for (const LimitRow<Ch>& row : rows) {
+  for (const LimitRow<Ch>& row : limited) {
     SCOPED_TRACE(row.name);
     for (const std::size_t length : {row.limit - 1, row.limit, row.limit + 1, std::size_t{32767}}) {
       std::string ascii = row.head;

@@ -1,5 +1,5 @@
 // Status files in one process: the file holds exactly the last value, the
-// getters' size bound, where a record's file lies, its limits, and the end
+// getters' size bound, where a record's file lies, and the end
 // that leaves the file to the last holder.
 #include "status/status_test_support.h"
 
@@ -63,24 +63,6 @@ TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
                    KZ_StatusEndFile(nullptr, 1)),
             joined(0, 0, 0, 0, 0, 0, 0));
   EXPECT_TRUE(untouched_from(out, 0));
-}
-
-// Directory, backslash and name: 259 elements fit, 260 do not; a wide text
-// counts in its narrow form (130 double-byte characters are 260 bytes).
-TYPED_TEST(StatusTransfer, PathsOverTheLimitGiveNull) {
-  using Ch = TypeParam;
-  TempDir dir;
-  const auto opens = [&](const std::string& name, const std::string& folder) {
-    HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>(name).c_str(), in<Ch>(folder).c_str()));
-    return status != nullptr;
-  };
-  const std::size_t room = 259 - dir.path().size() - 1;
-  std::string double_bytes;
-  for (int i = 0; i < 130; ++i) double_bytes += "\x93\xFA";
-  EXPECT_EQ(joined(opens(std::string(room, 'n'), dir.path()),
-                   opens(std::string(room + 1, 'n'), dir.path()), opens("x", std::string(260, 'd')),
-                   opens("x", double_bytes), opens(double_bytes, dir.path())),
-            joined(1, 0, 0, 0, 0));
 }
 
 // Text ends at a zero byte; data takes all of it, and a read longer than

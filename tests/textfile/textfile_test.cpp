@@ -119,6 +119,14 @@ TYPED_TEST(TextFiles, OpensThatFailAndTheShareRule) {
   EXPECT_NE(second, nullptr);
   EXPECT_EQ(this->open("s.txt", "r+", 0), nullptr);
   KZ_TextFileClose(second);
+  // The size and the times open without sharing; a writer shares with no one.
+  FILETIME written;
+  const auto path = this->dir.template at<Ch>("s.txt");
+  EXPECT_EQ(Twin<Ch>::GetFileSize(path.c_str(), nullptr), 0xFFFFFFFFu);
+  EXPECT_EQ(Twin<Ch>::GetFileTime(path.c_str(), nullptr, nullptr, &written), 0);
+  TextFileHandle* writer = this->open("w.txt", "a", 1);
+  EXPECT_EQ(this->open("w.txt", "r", 1), nullptr);
+  KZ_TextFileClose(writer);
   EXPECT_EQ(Twin<Ch>::TextFilePuts(reader, in<Ch>("no").c_str()), 0);
   EXPECT_EQ(KZ_TextFileError(reader), 1);
   Ch line[8];

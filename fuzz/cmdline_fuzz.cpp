@@ -9,8 +9,6 @@
 // of them with two terminators added.
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 template <class Ch>
 void drive(std::basic_string<Ch> elements, int32_t size) {
   using Api = Twin<Ch>;
@@ -55,10 +53,8 @@ void drive(std::basic_string<Ch> elements, int32_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;
   const int32_t buffer_size = static_cast<int32_t>(data[0]) - 2;  // -2 to 253
-  std::basic_string<wchar> wide;
-  for (std::size_t i = 1; i + 1 < size; i += 2)
-    wide.push_back(static_cast<wchar>(data[i] | (data[i + 1] << 8)));
-  drive(std::string(data + 1, data + size), buffer_size);
-  drive(wide, buffer_size);
+  const std::string elements(data + 1, data + size);
+  drive(elements, buffer_size);
+  drive(pairs(elements), buffer_size);
   return 0;
 }

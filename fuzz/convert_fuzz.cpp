@@ -12,8 +12,6 @@
 #include "cp932_model.h"
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 // Converts a terminated text into an exact block of a selected size (small
 // sizes, or sizes around the one needed): the result counts the terminator
 // and one more, a failure gives 1, an empty text -1, and the block is

@@ -5,8 +5,6 @@
 // block of exactly its size, so a read past its terminator shows.
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 // Reads each text every way; a moment read from text is written back and
 // read again: the same moment. Then the range checks over the three texts.
 template <class Ch>

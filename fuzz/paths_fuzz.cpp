@@ -8,8 +8,6 @@
 // wide: the bytes in pairs).
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, int32_t size) {
   using Api = Twin<Ch>;

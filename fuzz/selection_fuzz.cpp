@@ -9,8 +9,6 @@
 
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 // The paths that the selection names as the walk bounded by size takes
 // them: the first text alone for a count of 1, else directory\name.
 std::vector<std::string> model_paths(const std::string& selection, int32_t count, int32_t size) {

@@ -9,8 +9,6 @@
 
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 // Whether an exact block holds a terminated text of `result` elements,
 // fewer than `limit`.
 template <class Ch>

@@ -13,8 +13,6 @@
 
 #include "fuzz_support.h"
 
-using namespace kz::fuzz;
-
 const std::string kRoot = "/dev/shm/kz-fuzz-" + std::to_string(getpid());
 const std::string kFile = kRoot + "/lines.txt";
 

@@ -1,14 +1,13 @@
 // Drives the numeric and geometric family through both twins with
 // arbitrary text, values, sizes, delimiters, group sizes, widths and
 // styles. Every buffer is a heap block of exactly the size the contract
-// asks for, so AddressSanitizer catches any access behind it; round trips
-// are checked wherever the contract promises one.
+// asks for, so AddressSanitizer catches any access behind it. The written
+// coinage texts and records are read back by tests/numeric, over random
+// values too.
 //
 // Input: a size byte, a group byte, a width byte, a style byte, a
 // delimiter byte, eight value bytes, then the text (narrow: the bytes up to
 // the first NUL; wide: the bytes in pairs).
-#include <cstring>
-
 #include "fuzz_support.h"
 
 template <class Ch>
@@ -36,17 +35,13 @@ void drive(const std::basic_string<Ch>& text, const std::uint8_t* in) {
     if (written >= 0 && delimiter != 0)
       check(std::char_traits<Ch>::length(grouped.data()) == static_cast<std::size_t>(written));
     if (sizeof(Ch) == 1 && numeric == 0) check(written == -1);
-    // Coinage text of the value, and back.
+    // Coinage text of the value into an exact block (tests/numeric reads
+    // every written text back).
     std::vector<Ch> coinage(static_cast<std::size_t>(size + 1));
-    if (Api::CoinageStringLongLong(static_cast<int64_t>(value), coinage.data(), size) >= 0)
-      check(Api::StringCoinageLongLong(coinage.data()) == static_cast<int64_t>(value));
-    if (Api::CoinageStringULongLong(value, coinage.data(), size) >= 0)
-      check(Api::StringCoinageULongLong(coinage.data()) == value);
-    const auto low = static_cast<int32_t>(value);
-    if (Api::CoinageStringInt(low, coinage.data(), size) >= 0)
-      check(Api::StringCoinageInt(coinage.data()) == low);
-    if (Api::CoinageStringDWord(static_cast<uint32_t>(low), coinage.data(), size) >= 0)
-      check(Api::StringCoinageDWord(coinage.data()) == static_cast<uint32_t>(low));
+    Api::CoinageStringLongLong(static_cast<int64_t>(value), coinage.data(), size);
+    Api::CoinageStringULongLong(value, coinage.data(), size);
+    Api::CoinageStringInt(static_cast<int32_t>(value), coinage.data(), size);
+    Api::CoinageStringDWord(static_cast<uint32_t>(value), coinage.data(), size);
   }
   (Api::StringCoinageInt(src.data()), Api::StringCoinageDWord(src.data()));
   (Api::StringCoinageLongLong(src.data()), Api::StringCoinageULongLong(src.data()));
@@ -65,25 +60,17 @@ void drive(const std::basic_string<Ch>& text, const std::uint8_t* in) {
     check(width < 0 || width > 32 || style < 0 || style > 5);
   }
 
-  // Points and rectangles: the text as given, then a written record.
+  // Points and rectangles: the text as given.
   PointRecord point{0, 0};
   RectRecord rect{0, 0, 0, 0};
   check(Api::StringPoint(src.data(), &point, delimiter) <= 1 &&
         Api::StringRect(src.data(), &rect, delimiter) <= 1);
+  // Written records into exact blocks of the longest texts.
   const PointRecord written_point{static_cast<int32_t>(value), static_cast<int32_t>(value >> 32)};
   const RectRecord written_rect{written_point.x, written_point.y, n, -n};
   std::vector<Ch> point_text(25), rect_text(51);
   Api::PointString(&written_point, point_text.data(), delimiter);
   Api::RectString(&written_rect, rect_text.data(), delimiter);
-  // A delimiter that a written point or rectangle reads back with: not the
-  // terminator, a blank, a sign, a digit or a double quote.
-  if (std::string(" -\"0123456789").find(static_cast<char>(in[4])) == std::string::npos &&
-      in[4] != 0) {
-    check(Api::StringPoint(point_text.data(), &point, delimiter) == 1 &&
-          point.x == written_point.x && point.y == written_point.y);
-    check(Api::StringRect(rect_text.data(), &rect, delimiter) == 1 &&
-          std::memcmp(&rect, &written_rect, sizeof rect) == 0);
-  }
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -12,8 +12,10 @@ KZ_TWIN_SUITE(StatusTransfer);
 const std::string kNihongo = "\x93\xFA\x96\x7B\x8C\xEA";  // three double-byte characters
 
 // Each value is shorter than the one before, so a remnant would show in the
-// file or in what a second record of the name reads. The first record finds
-// its directory in TEMP; the first to end leaves the file, the last removes it.
+// file or in what a second record of the name reads. Text ends at a zero
+// byte; data takes all of it, and a read longer than the file writes only
+// what is there. The first record finds its directory in TEMP; the first to
+// end leaves the file, the last removes it.
 TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   using Ch = TypeParam;
   TempDir dir;
@@ -22,6 +24,19 @@ TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   StatusFileHandle* second = open_status<Ch>(dir, "value");
   ASSERT_TRUE(first && second);
   EXPECT_EQ(read_bytes(dir.path("value")), "");  // a new file holds the empty value
+  const std::string with_zero("ab\0cd", 5);
+  ASSERT_NE(KZ_StatusSetData(first, with_zero.data(), 5), 0);
+  EXPECT_EQ(read_bytes(dir.path("value")), with_zero);
+  auto text = sentinel_buffer<Ch>(8);
+  EXPECT_NE(Twin<Ch>::StatusGetString(second, text.data(), 8), 0);
+  EXPECT_EQ(str(text), in<Ch>("ab"));
+  auto bytes = sentinel_buffer<char>(8);
+  EXPECT_NE(KZ_StatusGetData(second, bytes.data(), 8), 0);
+  EXPECT_EQ(std::string(bytes.data(), 5), with_zero);
+  EXPECT_TRUE(untouched_from(bytes, 5));
+  EXPECT_EQ(KZ_StatusGetData(nullptr, bytes.data(), 8), 0);
+  ASSERT_NE(KZ_StatusSetData(first, nullptr, 0), 0);
+  EXPECT_EQ(read_bytes(dir.path("value")), "");
   for (const std::string& value :
        {kNihongo + "abcd", std::string("ab"), std::string(""), kNihongo}) {
     EXPECT_NE(Twin<Ch>::StatusSetString(first, in<Ch>(value).c_str()), 0);
@@ -63,27 +78,6 @@ TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
                    KZ_StatusEndFile(nullptr, 1)),
             joined(0, 0, 0, 0, 0, 0, 0));
   EXPECT_TRUE(untouched_from(out, 0));
-}
-
-// Text ends at a zero byte; data takes all of it, and a read longer than
-// the file writes only what is there.
-TEST(StatusData, ReadsAndWritesRawBytes) {
-  TempDir dir;
-  HeldStatus status(open_status<char>(dir, "data"));
-  ASSERT_NE(status, nullptr);
-  const std::string with_zero("ab\0cd", 5);
-  ASSERT_NE(KZ_StatusSetData(status.get(), with_zero.data(), 5), 0);
-  EXPECT_EQ(read_bytes(dir.path("data")), with_zero);
-  char text[8] = {};
-  EXPECT_NE(KZ_StatusGetStringA(status.get(), text, 8), 0);
-  EXPECT_STREQ(text, "ab");
-  auto bytes = sentinel_buffer<char>(8);
-  EXPECT_NE(KZ_StatusGetData(status.get(), bytes.data(), 8), 0);
-  EXPECT_EQ(std::string(bytes.data(), 5), with_zero);
-  EXPECT_TRUE(untouched_from(bytes, 5));
-  EXPECT_EQ(KZ_StatusGetData(nullptr, bytes.data(), 8), 0);
-  ASSERT_NE(KZ_StatusSetData(status.get(), nullptr, 0), 0);
-  EXPECT_EQ(read_bytes(dir.path("data")), "");
 }
 
 }  // namespace

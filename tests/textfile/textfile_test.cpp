@@ -124,26 +124,19 @@ TYPED_TEST(TextFiles, OpensThatFailAndTheShareRule) {
   const auto path = this->dir.template at<Ch>("s.txt");
   EXPECT_EQ(Twin<Ch>::GetFileSize(path.c_str(), nullptr), 0xFFFFFFFFu);
   EXPECT_EQ(Twin<Ch>::GetFileTime(path.c_str(), nullptr, nullptr, &written), 0);
-  TextFileHandle* writer = this->open("w.txt", "a", 1);
-  EXPECT_EQ(this->open("w.txt", "r", 1), nullptr);
+  // The handle is a stream a caller can use with the C library directly.
+  TextFileHandle* writer = this->open("w.txt", "a", 0);
+  EXPECT_EQ(this->open("w.txt", "r", 0), nullptr);
+  std::fprintf(KZ_TextFileHandle(writer), "n=%d\n", 5);
+  EXPECT_EQ(Twin<Ch>::TextFilePuts(writer, in<Ch>("end").c_str()), 1);
   KZ_TextFileClose(writer);
+  EXPECT_EQ(read_bytes(this->dir.path("w.txt")), "n=5\r\nend\r\n");
   EXPECT_EQ(Twin<Ch>::TextFilePuts(reader, in<Ch>("no").c_str()), 0);
   EXPECT_EQ(KZ_TextFileError(reader), 1);
   Ch line[8];
   EXPECT_EQ(Twin<Ch>::TextFileGets(reader, line, 8), 0);
   EXPECT_EQ(KZ_TextFileError(reader), 1);
   KZ_TextFileClose(reader);
-}
-
-// The stream is one a caller can use with the C library directly.
-TEST(TextFiles, TheHandleIsAUsableStream) {
-  TempDir dir;
-  const std::string path = dir.path("c.txt");
-  TextFileHandle* file = KZ_TextFileOpenA(path.c_str(), "w", 0);
-  std::fprintf(KZ_TextFileHandle(file), "n=%d\n", 5);
-  EXPECT_EQ(KZ_TextFilePutsA(file, "end"), 1);
-  KZ_TextFileClose(file);
-  EXPECT_EQ(read_bytes(path), "n=5\r\nend\r\n");
 }
 
 }  // namespace

@@ -22,13 +22,12 @@ std::unique_ptr<To[]> converts(int32_t (*convert)(const From*, To*, int32_t),
                                const std::basic_string<From>& text,
                                const kz::test::Modelled<Ch>& model, std::uint8_t selector) {
   const auto needed = static_cast<int32_t>(model.text.size()) + 1;
-  auto src = std::make_unique<From[]>(text.size() + 1);  // exact, so a read past it shows
-  std::copy(text.c_str(), text.c_str() + text.size() + 1, src.get());
-  check(convert(src.get(), nullptr, 0) == (text.empty() ? -1 : needed + 1));
+  const std::vector<From> src = exact(text);  // so a read past it shows
+  check(convert(src.data(), nullptr, 0) == (text.empty() ? -1 : needed + 1));
   const int32_t size = selector < 128 ? selector % 48 : std::max(0, needed - 2 + selector % 5);
   auto dst = std::make_unique<To[]>(size > 0 ? size : 1);
   std::fill(dst.get(), dst.get() + size, To(0x7B));
-  const int32_t result = convert(src.get(), size > 0 ? dst.get() : nullptr, size);
+  const int32_t result = convert(src.data(), size > 0 ? dst.get() : nullptr, size);
   const auto count = static_cast<std::size_t>(size);
   if (text.empty()) {
     check(result == -1 && kz::test::leaves(dst.get(), count, 0, model, To{0}));

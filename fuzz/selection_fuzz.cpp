@@ -21,10 +21,8 @@ std::vector<std::string> selected(const std::string& bytes, int32_t size, int32_
   *stored = Twin<Ch>::GetComnSelectFiles(selection.get(), size, &list);
   std::vector<std::string> paths;
   for (int32_t k = 0; k < list.count; ++k) {
-    std::string path;
-    for (const Ch* p = static_cast<const Ch*>(list.strings[k]); *p != 0; ++p)
-      path.push_back(static_cast<char>(*p));
-    paths.push_back(path);
+    const auto* path = static_cast<const Ch*>(list.strings[k]);
+    paths.emplace_back(path, path + length(path));  // each unit cut to a byte
   }
   if (*stored >= 0) Twin<Ch>::DeleteStrList(&list);
   return paths;

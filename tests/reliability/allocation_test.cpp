@@ -33,8 +33,7 @@ struct Row {
 // Fills an output with the sentinel byte, so that "as it was" shows.
 template <class T>
 T* fresh(T& output) {
-  std::memset(&output, 0x7B, sizeof output);
-  return &output;
+  return static_cast<T*>(std::memset(&output, 0x7B, sizeof output));
 }
 
 template <class T>

@@ -21,7 +21,8 @@ TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   TempDir dir;
   const ScopedVariable temp("TEMP", dir.path().c_str());
   StatusFileHandle* first = Twin<Ch>::StatusCreateFile(in<Ch>("value").c_str(), nullptr);
-  StatusFileHandle* second = open_status<Ch>(dir, "value");
+  StatusFileHandle* second =
+      Twin<Ch>::StatusCreateFile(in<Ch>("value").c_str(), dir.at<Ch>().c_str());
   ASSERT_TRUE(first && second);
   EXPECT_EQ(read_bytes(dir.path("value")), "");  // a new file holds the empty value
   const std::string with_zero("ab\0cd", 5);
@@ -58,7 +59,7 @@ TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
   using Ch = TypeParam;
   using T = Twin<Ch>;
   TempDir dir;
-  HeldStatus status(open_status<Ch>(dir, "bound"));
+  HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>("bound").c_str(), dir.at<Ch>().c_str()));
   ASSERT_NE(status, nullptr);
   const std::pair<std::string, int32_t> rows[] = {{"abc", 5}, {"abc", 3}, {kNihongo, 3}};
   for (const auto& [file, size] : rows) {

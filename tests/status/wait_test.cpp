@@ -30,7 +30,7 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
       {std::string("a\0c\0", 4), std::string("a\0c\0", 4), kMatch, kMatch},
       {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch, kMatch}};
   TempDir dir;
-  HeldStatus status(open_status<Ch>(dir, "text"));
+  HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>("text").c_str(), dir.at<Ch>().c_str()));
   ASSERT_NE(status, nullptr);
   for (const auto& [file, expected, text, data] : rows) {
     write_bytes(dir.path("text"), file);
@@ -57,7 +57,7 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
 // another file, or a value in the watched file that does not match.
 TEST(StatusWait, ChangesKeepTheWaitGoingUntilTheyStop) {
   TempDir dir;
-  HeldStatus status(open_status<char>(dir, "watched"));
+  HeldStatus status(KZ_StatusCreateFileA("watched", dir.path().c_str()));
   ASSERT_NE(status, nullptr);
   constexpr int kChanges = 6;
   constexpr uint32_t kTimeout = 300;

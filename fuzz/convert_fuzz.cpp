@@ -12,10 +12,6 @@
 #include "cp932_model.h"
 #include "fuzz_support.h"
 
-namespace {
-
-using namespace kz::fuzz;
-
 // Converts a terminated text into an exact block of a selected size (small
 // sizes, or sizes around the one needed): the result counts the terminator
 // and one more, a failure gives 1, an empty text -1, and the block is
@@ -26,13 +22,12 @@ std::unique_ptr<To[]> converts(int32_t (*convert)(const From*, To*, int32_t),
                                const std::basic_string<From>& text,
                                const kz::test::Modelled<Ch>& model, std::uint8_t selector) {
   const auto needed = static_cast<int32_t>(model.text.size()) + 1;
-  auto src = std::make_unique<From[]>(text.size() + 1);  // exact, so a read past it shows
-  std::copy(text.c_str(), text.c_str() + text.size() + 1, src.get());
-  check(convert(src.get(), nullptr, 0) == (text.empty() ? -1 : needed + 1));
+  const std::vector<From> src = exact(text);  // so a read past it shows
+  check(convert(src.data(), nullptr, 0) == (text.empty() ? -1 : needed + 1));
   const int32_t size = selector < 128 ? selector % 48 : std::max(0, needed - 2 + selector % 5);
   auto dst = std::make_unique<To[]>(size > 0 ? size : 1);
   std::fill(dst.get(), dst.get() + size, To(0x7B));
-  const int32_t result = convert(src.get(), size > 0 ? dst.get() : nullptr, size);
+  const int32_t result = convert(src.data(), size > 0 ? dst.get() : nullptr, size);
   const auto count = static_cast<std::size_t>(size);
   if (text.empty()) {
     check(result == -1 && kz::test::leaves(dst.get(), count, 0, model, To{0}));
@@ -42,8 +37,6 @@ std::unique_ptr<To[]> converts(int32_t (*convert)(const From*, To*, int32_t),
   check(kz::test::leaves(dst.get(), count, count, model, To{0}));
   return size >= needed ? std::move(dst) : nullptr;
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;

@@ -11,8 +11,8 @@
 
 #include "twins.h"
 
-namespace kz::fuzz {
-
+// Each target is a program of its own, so its helpers live in the global
+// namespace.
 using kz::test::Twin;
 using wchar = KZ_WCHAR;
 
@@ -33,17 +33,17 @@ std::vector<Ch> exact(const std::basic_string<Ch>& text) {
   return std::vector<Ch>(text.c_str(), text.c_str() + text.size() + 1);
 }
 
-// Little-endian pairs of bytes up to the first zero unit; an odd last byte
-// is left out.
-inline std::basic_string<wchar> wide_units(const std::string& bytes) {
+// Little-endian pairs of bytes, an odd last byte left out; wide_units stops
+// at the first zero unit.
+inline std::basic_string<wchar> pairs(const std::string& bytes) {
   std::basic_string<wchar> wide;
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto unit = static_cast<wchar>(static_cast<unsigned char>(bytes[i]) |
-                                         (static_cast<unsigned char>(bytes[i + 1]) << 8));
-    if (unit == 0) break;
-    wide.push_back(unit);
-  }
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+    wide.push_back(static_cast<wchar>(static_cast<unsigned char>(bytes[i]) |
+                                      (static_cast<unsigned char>(bytes[i + 1]) << 8)));
   return wide;
+}
+inline std::basic_string<wchar> wide_units(const std::string& bytes) {
+  return pairs(bytes).c_str();
 }
 
 // The input's bytes from `head` on, given to drive twice: as narrow text up
@@ -54,5 +54,3 @@ void both_twins(const std::uint8_t* data, std::size_t size, std::size_t head, Dr
   drive(std::string(bytes.c_str()));
   drive(wide_units(bytes));
 }
-
-}  // namespace kz::fuzz

@@ -8,10 +8,6 @@
 // wide: the bytes in pairs).
 #include "fuzz_support.h"
 
-namespace {
-
-using namespace kz::fuzz;
-
 template <class Ch>
 void drive(const std::basic_string<Ch>& text, int32_t size) {
   using Api = Twin<Ch>;
@@ -43,8 +39,6 @@ void drive(const std::basic_string<Ch>& text, int32_t size) {
                              length(name.data()) + length(extension.data());
   check(pieces <= text.size() && (pieces == 0 || pieces + 2 >= text.size()));
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 1) return 0;

@@ -9,10 +9,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
-using namespace kz::fuzz;
-
 // Whether an exact block holds a terminated text of `result` elements,
 // fewer than `limit`.
 template <class Ch>
@@ -77,26 +73,14 @@ void drive(const std::basic_string<Ch>& text, Ch delimiter, int32_t size, bool q
     check(password >= -1 && password < room);
   }
 
-  // Masking then unmasking gives the text back; the narrow twin goes
-  // through the wide form, so it gives back the text's conversion round trip.
+  // Masking gives four elements a unit, and unmasking a unit for every four
+  // (the text that comes back is tests/strings').
   const int32_t masked_size = 4 * n + 1;
   std::vector<Ch> masked(static_cast<std::size_t>(masked_size)), back(masked.size());
   const int32_t units = Api::StringPassword(key, src.data(), masked.data(), masked_size, 1);
-  check(units >= 0 && units % 4 == 0 && units <= 4 * n);
+  check(units >= 0 && units % 4 == 0 && units <= 4 * n && (sizeof(Ch) == 1 || units == 4 * n));
   check(Api::StringPassword(key, masked.data(), back.data(), masked_size, 0) == units / 4);
-  std::vector<Ch> expected = src;
-  if constexpr (sizeof(Ch) == 1) {
-    std::vector<wchar> wide(static_cast<std::size_t>(n + 1));
-    KZ_SJIS2UNICODE(src.data(), wide.data(), n + 1);
-    expected.resize(masked.size());
-    KZ_UNICODE2SJIS(wide.data(), expected.data(), masked_size);
-  } else {
-    check(units == 4 * n);
-  }
-  check(std::basic_string<Ch>(back.data()) == expected.data());
 }
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 5) return 0;

@@ -13,10 +13,6 @@
 
 #include "fuzz_support.h"
 
-namespace {
-
-using namespace kz::fuzz;
-
 const std::string kRoot = "/dev/shm/kz-fuzz-" + std::to_string(getpid());
 const std::string kFile = kRoot + "/lines.txt";
 
@@ -73,8 +69,6 @@ void write_and_read(const std::vector<std::basic_string<Ch>>& lines, int32_t wid
   KZ_TextFileClose(file);
 }
 
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   // The folder goes at the program's end.
@@ -102,16 +96,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   (data[0] & 0x80) == 0 ? write_and_read(lines, wide) : write_and_read(units, wide);
 
   // One journal line, with the line size drawn from the input: a size that
-  // holds the stamp, the separator and the message writes exactly that.
+  // holds the stamp, the separator and the message writes the line (what it
+  // holds is tests/textfile's).
   const std::string& message = lines.front();
-  const auto line_size = static_cast<uint32_t>(data[1]);
-  const int32_t written = KZ_JournalOutA("journal.log", message.c_str(), line_size, wide, '/');
-  check(written == (line_size >= 23 + message.size() ? 1 : 0));
-  TextFileHandle* journal = KZ_TextFileOpenA((kRoot + "/journal.log").c_str(), "r", wide);
-  std::vector<char> line(4096);
-  check(KZ_TextFileGetsA(journal, line.data(), 4096) == written || wide == 2);
-  check(!written || wide != 0 || std::string(line.data() + 19) == " > " + message);
-  KZ_TextFileClose(journal);
+  const int32_t written = KZ_JournalOutA("journal.log", message.c_str(), data[1], wide, '/');
+  check(written == (data[1] >= 23 + message.size() ? 1 : 0));
   std::filesystem::remove(kRoot + "/journal.log");
   return 0;
 }

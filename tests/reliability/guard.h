@@ -10,7 +10,9 @@ namespace kz::test {
 
 // Pages that hold at least `bytes` bytes and one protected page behind
 // them; `guard` is where the protected page begins. The platform's half
-// lives in guard_posix.cpp and guard_win32.cpp.
+// lives in guard_posix.cpp and guard_win32.cpp. A page here is 64 KiB, a
+// multiple of the system's page on every platform we build for.
+constexpr std::size_t kPage = 65536;
 struct GuardedPages {
   void* base;
   std::size_t size;

@@ -9,15 +9,12 @@
 namespace kz::test {
 
 GuardedPages map_guarded(std::size_t bytes) {
-  SYSTEM_INFO system;
-  GetSystemInfo(&system);
-  const std::size_t page = system.dwPageSize;
-  const std::size_t size = (bytes + page - 1) / page * page + page;
+  const std::size_t size = (bytes + kPage - 1) / kPage * kPage + kPage;
   void* base = VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
   if (base == nullptr) std::abort();
-  char* guard = static_cast<char*>(base) + size - page;
+  char* guard = static_cast<char*>(base) + size - kPage;
   DWORD old = 0;
-  if (!VirtualProtect(guard, page, PAGE_NOACCESS, &old)) std::abort();
+  if (!VirtualProtect(guard, kPage, PAGE_NOACCESS, &old)) std::abort();
   return {base, size, guard};
 }
 

@@ -1,5 +1,5 @@
-// What the status tests share: a record ended at the end of a scope, a
-// record opened through either twin, and a clock for waits.
+// What the status tests share: a record ended at the end of a scope, and a
+// clock for waits.
 #pragma once
 
 #include <chrono>
@@ -15,12 +15,6 @@ struct EndStatus {
   void operator()(StatusFileHandle* status) const { KZ_StatusEndFile(status, 0); }
 };
 using HeldStatus = std::unique_ptr<StatusFileHandle, EndStatus>;
-
-// Opens name in the directory through the twin of Ch.
-template <class Ch>
-StatusFileHandle* open_status(const TempDir& dir, const std::string& name) {
-  return Twin<Ch>::StatusCreateFile(in<Ch>(name).c_str(), dir.at<Ch>().c_str());
-}
 
 inline long long elapsed_ms(std::chrono::steady_clock::time_point since) {
   const auto elapsed = std::chrono::steady_clock::now() - since;

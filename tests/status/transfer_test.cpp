@@ -1,5 +1,5 @@
 // Status files in one process: the file holds exactly the last value, the
-// getters' size bound, where a record's file lies, its limits, and the end
+// getters' size bound, where a record's file lies, and the end
 // that leaves the file to the last holder.
 #include "status/status_test_support.h"
 
@@ -12,16 +12,32 @@ KZ_TWIN_SUITE(StatusTransfer);
 const std::string kNihongo = "\x93\xFA\x96\x7B\x8C\xEA";  // three double-byte characters
 
 // Each value is shorter than the one before, so a remnant would show in the
-// file or in what a second record of the name reads. The first record finds
-// its directory in TEMP; the first to end leaves the file, the last removes it.
+// file or in what a second record of the name reads. Text ends at a zero
+// byte; data takes all of it, and a read longer than the file writes only
+// what is there. The first record finds its directory in TEMP; the first to
+// end leaves the file, the last removes it.
 TYPED_TEST(StatusTransfer, TheFileHoldsExactlyTheLastValueInNarrowBytes) {
   using Ch = TypeParam;
   TempDir dir;
   const ScopedVariable temp("TEMP", dir.path().c_str());
   StatusFileHandle* first = Twin<Ch>::StatusCreateFile(in<Ch>("value").c_str(), nullptr);
-  StatusFileHandle* second = open_status<Ch>(dir, "value");
+  StatusFileHandle* second =
+      Twin<Ch>::StatusCreateFile(in<Ch>("value").c_str(), dir.at<Ch>().c_str());
   ASSERT_TRUE(first && second);
   EXPECT_EQ(read_bytes(dir.path("value")), "");  // a new file holds the empty value
+  const std::string with_zero("ab\0cd", 5);
+  ASSERT_NE(KZ_StatusSetData(first, with_zero.data(), 5), 0);
+  EXPECT_EQ(read_bytes(dir.path("value")), with_zero);
+  auto text = sentinel_buffer<Ch>(8);
+  EXPECT_NE(Twin<Ch>::StatusGetString(second, text.data(), 8), 0);
+  EXPECT_EQ(str(text), in<Ch>("ab"));
+  auto bytes = sentinel_buffer<char>(8);
+  EXPECT_NE(KZ_StatusGetData(second, bytes.data(), 8), 0);
+  EXPECT_EQ(std::string(bytes.data(), 5), with_zero);
+  EXPECT_TRUE(untouched_from(bytes, 5));
+  EXPECT_EQ(KZ_StatusGetData(nullptr, bytes.data(), 8), 0);
+  ASSERT_NE(KZ_StatusSetData(first, nullptr, 0), 0);
+  EXPECT_EQ(read_bytes(dir.path("value")), "");
   for (const std::string& value :
        {kNihongo + "abcd", std::string("ab"), std::string(""), kNihongo}) {
     EXPECT_NE(Twin<Ch>::StatusSetString(first, in<Ch>(value).c_str()), 0);
@@ -43,7 +59,7 @@ TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
   using Ch = TypeParam;
   using T = Twin<Ch>;
   TempDir dir;
-  HeldStatus status(open_status<Ch>(dir, "bound"));
+  HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>("bound").c_str(), dir.at<Ch>().c_str()));
   ASSERT_NE(status, nullptr);
   const std::pair<std::string, int32_t> rows[] = {{"abc", 5}, {"abc", 3}, {kNihongo, 3}};
   for (const auto& [file, size] : rows) {
@@ -63,45 +79,6 @@ TYPED_TEST(StatusTransfer, GettersDeliverAtMostSizeMinusOneBytes) {
                    KZ_StatusEndFile(nullptr, 1)),
             joined(0, 0, 0, 0, 0, 0, 0));
   EXPECT_TRUE(untouched_from(out, 0));
-}
-
-// Directory, backslash and name: 259 elements fit, 260 do not; a wide text
-// counts in its narrow form (130 double-byte characters are 260 bytes).
-TYPED_TEST(StatusTransfer, PathsOverTheLimitGiveNull) {
-  using Ch = TypeParam;
-  TempDir dir;
-  const auto opens = [&](const std::string& name, const std::string& folder) {
-    HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>(name).c_str(), in<Ch>(folder).c_str()));
-    return status != nullptr;
-  };
-  const std::size_t room = 259 - dir.path().size() - 1;
-  std::string double_bytes;
-  for (int i = 0; i < 130; ++i) double_bytes += "\x93\xFA";
-  EXPECT_EQ(joined(opens(std::string(room, 'n'), dir.path()),
-                   opens(std::string(room + 1, 'n'), dir.path()), opens("x", std::string(260, 'd')),
-                   opens("x", double_bytes), opens(double_bytes, dir.path())),
-            joined(1, 0, 0, 0, 0));
-}
-
-// Text ends at a zero byte; data takes all of it, and a read longer than
-// the file writes only what is there.
-TEST(StatusData, ReadsAndWritesRawBytes) {
-  TempDir dir;
-  HeldStatus status(open_status<char>(dir, "data"));
-  ASSERT_NE(status, nullptr);
-  const std::string with_zero("ab\0cd", 5);
-  ASSERT_NE(KZ_StatusSetData(status.get(), with_zero.data(), 5), 0);
-  EXPECT_EQ(read_bytes(dir.path("data")), with_zero);
-  char text[8] = {};
-  EXPECT_NE(KZ_StatusGetStringA(status.get(), text, 8), 0);
-  EXPECT_STREQ(text, "ab");
-  auto bytes = sentinel_buffer<char>(8);
-  EXPECT_NE(KZ_StatusGetData(status.get(), bytes.data(), 8), 0);
-  EXPECT_EQ(std::string(bytes.data(), 5), with_zero);
-  EXPECT_TRUE(untouched_from(bytes, 5));
-  EXPECT_EQ(KZ_StatusGetData(nullptr, bytes.data(), 8), 0);
-  ASSERT_NE(KZ_StatusSetData(status.get(), nullptr, 0), 0);
-  EXPECT_EQ(read_bytes(dir.path("data")), "");
 }
 
 }  // namespace

@@ -20,6 +20,7 @@ KZ_TWIN_SUITE(StatusWait);
 // the file. A value there at entry ends even a long wait at once.
 TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
   using Ch = TypeParam;
+  using T = Twin<Ch>;
   const std::tuple<std::string, std::string, int32_t, int32_t> rows[] = {
       {"ready", "ready", kMatch, kMatch},
       {"ready!", "ready", kTimedOut, kMatch},
@@ -29,28 +30,26 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
       {std::string("a\0c\0", 4), std::string("a\0c\0", 4), kMatch, kMatch},
       {"\x83\x5C\x83\x74\x83\x67", "\x83\x5C\x83\x74\x83\x67", kMatch, kMatch}};
   TempDir dir;
-  HeldStatus status(open_status<Ch>(dir, "text"));
+  HeldStatus status(Twin<Ch>::StatusCreateFile(in<Ch>("text").c_str(), dir.at<Ch>().c_str()));
   ASSERT_NE(status, nullptr);
   for (const auto& [file, expected, text, data] : rows) {
     write_bytes(dir.path("text"), file);
-    EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>(expected).c_str(),
-                                           text == kMatch ? 30000 : 0),
-              text)
-        << file;
+    const auto size = static_cast<uint32_t>(expected.size());
     EXPECT_EQ(
-        KZ_StatusIsDataWait(status.get(), expected.data(), static_cast<uint32_t>(expected.size()),
-                            data == kMatch ? 30000 : 0),
-        data)
+        joined(T::StatusIsStringWait(status.get(), in<Ch>(expected).c_str(), text ? 0 : 30000),
+               KZ_StatusIsDataWait(status.get(), expected.data(), size, data ? 0 : 30000)),
+        joined(text, data))
         << file;
   }
-  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(nullptr, in<Ch>("").c_str(), 0), kFailed);
-  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), nullptr, 0), kFailed);
-  EXPECT_EQ(KZ_StatusIsDataWait(nullptr, "", 0, 0), kFailed);
-  EXPECT_EQ(KZ_StatusIsDataWait(status.get(), nullptr, 0, 0), kFailed);
+  EXPECT_EQ(joined(T::StatusIsStringWait(nullptr, in<Ch>("").c_str(), 0),
+                   T::StatusIsStringWait(status.get(), nullptr, 0),
+                   KZ_StatusIsDataWait(nullptr, "", 0, 0),
+                   KZ_StatusIsDataWait(status.get(), nullptr, 0, 0)),
+            joined(kFailed, kFailed, kFailed, kFailed));
   // The record's path names the directory that the wait watches.
   const std::string saved = status->path;
   std::strcpy(status->path, (dir.path("gone") + "\\text").c_str());
-  EXPECT_EQ(Twin<Ch>::StatusIsStringWait(status.get(), in<Ch>("x").c_str(), 0), kFailed);
+  EXPECT_EQ(T::StatusIsStringWait(status.get(), in<Ch>("x").c_str(), 0), kFailed);
   std::strcpy(status->path, saved.c_str());
 }
 
@@ -58,7 +57,7 @@ TYPED_TEST(StatusWait, TextMustEqualTheFileAndDataBeginIt) {
 // another file, or a value in the watched file that does not match.
 TEST(StatusWait, ChangesKeepTheWaitGoingUntilTheyStop) {
   TempDir dir;
-  HeldStatus status(open_status<char>(dir, "watched"));
+  HeldStatus status(KZ_StatusCreateFileA("watched", dir.path().c_str()));
   ASSERT_NE(status, nullptr);
   constexpr int kChanges = 6;
   constexpr uint32_t kTimeout = 300;

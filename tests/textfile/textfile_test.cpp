@@ -54,10 +54,7 @@ TYPED_TEST(TextFiles, LinesComeBackInEitherTwinAndEncoding) {
   // Flag 2 is a narrow file too; the narrow twin's text then goes through the
   // wide stream calls of a narrow stream, which write nothing behind a unit
   // beyond one byte.
-  TextFileHandle* file = this->open("two.txt", "a", 2);
-  Twin<Ch>::TextFilePuts(file, in<Ch>("abc").c_str());
-  Twin<Ch>::TextFilePuts(file, in<Ch>(kJapanese).c_str());
-  KZ_TextFileClose(file);
+  this->put("two.txt", "a", 2, {"abc", kJapanese});
   EXPECT_EQ(read_bytes(this->dir.path("two.txt")), sizeof(Ch) == 1 ? "abc\r\n" : disk[0]);
 }
 
@@ -119,23 +116,22 @@ TYPED_TEST(TextFiles, OpensThatFailAndTheShareRule) {
   EXPECT_NE(second, nullptr);
   EXPECT_EQ(this->open("s.txt", "r+", 0), nullptr);
   KZ_TextFileClose(second);
+  // The size (and the times, through the same open) opens without sharing;
+  // a writer shares with no one.
+  EXPECT_EQ(KZ_GetFileSizeA(this->dir.path("s.txt").c_str(), nullptr), 0xFFFFFFFFu);
+  // The handle is a stream a caller can use with the C library directly.
+  TextFileHandle* writer = this->open("w.txt", "a", 0);
+  EXPECT_EQ(this->open("w.txt", "r", 0), nullptr);
+  std::fprintf(KZ_TextFileHandle(writer), "n=%d\n", 5);
+  EXPECT_EQ(Twin<Ch>::TextFilePuts(writer, in<Ch>("end").c_str()), 1);
+  KZ_TextFileClose(writer);
+  EXPECT_EQ(read_bytes(this->dir.path("w.txt")), "n=5\r\nend\r\n");
   EXPECT_EQ(Twin<Ch>::TextFilePuts(reader, in<Ch>("no").c_str()), 0);
   EXPECT_EQ(KZ_TextFileError(reader), 1);
   Ch line[8];
   EXPECT_EQ(Twin<Ch>::TextFileGets(reader, line, 8), 0);
   EXPECT_EQ(KZ_TextFileError(reader), 1);
   KZ_TextFileClose(reader);
-}
-
-// The stream is one a caller can use with the C library directly.
-TEST(TextFiles, TheHandleIsAUsableStream) {
-  TempDir dir;
-  const std::string path = dir.path("c.txt");
-  TextFileHandle* file = KZ_TextFileOpenA(path.c_str(), "w", 0);
-  std::fprintf(KZ_TextFileHandle(file), "n=%d\n", 5);
-  EXPECT_EQ(KZ_TextFilePutsA(file, "end"), 1);
-  KZ_TextFileClose(file);
-  EXPECT_EQ(read_bytes(path), "n=5\r\nend\r\n");
 }
 
 }  // namespace

@@ -79,6 +79,13 @@ int ring_helper(int, char** argv) {
 const RegisterHelper kHelpers[] = {
     {"status-hold", hold_helper}, {"stress-journal", journal_helper}, {"status-ring", ring_helper}};
 
+// Waits a minute at most until ready() holds.
+template <class Ready>
+bool await(Ready ready) {
+  for (int tries = 0; tries < 6000 && !ready(); ++tries) kz::os::Sleep(10);
+  return ready();
+}
+
 // Starts eight helpers, start(i) starting the i-th.
 template <class Start>
 std::vector<std::intptr_t> start_all(Start start) {
@@ -124,8 +131,7 @@ TEST(StressProcesses, EightJournalWritersKeepEveryReportedLineWholeThroughAKill)
       const std::string numbers = read_bytes(report(killed));
       return std::count(numbers.begin(), numbers.end(), '\n') >= lines / 4;
     };
-    for (int tries = 0; tries < 6000 && !quarter(); ++tries) kz::os::Sleep(10);
-    EXPECT_TRUE(quarter());
+    EXPECT_TRUE(await(quarter));
     kill_program(writers[killed]);
     EXPECT_EQ(wait_for(writers[killed]), -1);
     for (int i = 0; i < killed; ++i) EXPECT_EQ(wait_for(writers[i]), 0) << i;
@@ -161,30 +167,50 @@ TEST(StressProcesses, EightJournalWritersKeepEveryReportedLineWholeThroughAKill)
 }
 
 // Every member waits for each of its hand-offs in its own file and passes
-// the next on; when all have ended, the last end removes every file.
-TEST(StressProcesses, ATokenRingPassesEveryHandOffAndLeavesNoFile) {
-  const int handoffs = std::getenv("KZ_STRESS_LONG") ? 10000 : 400;
+// the next on. One member is killed half-way, and one started at the first
+// hand-off it had not passed on takes its place; when all have ended, the
+// last end removes every file.
+TEST(StressProcesses, ATokenRingGoesOnWhenAMemberIsKilledAndLeavesNoFile) {
+  const int handoffs = std::getenv("KZ_STRESS_LONG") ? 10000 : 400, killed = 3;
   TempDir dir, reports;
+  const auto member = [&](int first) {
+    return start_this_program({"--kz-helper", "status-ring", dir.path(), std::to_string(first),
+                               std::to_string(handoffs),
+                               reports.path(std::to_string(first % kProcesses))});
+  };
   HeldStatus first(KZ_StatusCreateFileA("ring-0", dir.path().c_str()));
+  HeldStatus held(KZ_StatusCreateFileA("ring-3", dir.path().c_str()));
+  HeldStatus passed(KZ_StatusCreateFileA("ring-4", dir.path().c_str()));
   ASSERT_NE(KZ_StatusSetStringA(first.get(), "0"), 0);
   const auto start = std::chrono::steady_clock::now();
-  auto members = start_all([&](int i) {
-    return start_this_program({"--kz-helper", "status-ring", dir.path(), std::to_string(i),
-                               std::to_string(handoffs), reports.path(std::to_string(i))});
-  });
+  auto members = start_all(member);
+  const auto value = [](const HeldStatus& status) {
+    char text[32] = {};
+    KZ_StatusGetStringA(status.get(), text, sizeof text);
+    return std::atoi(text);  // 0 for an empty file
+  };
+  EXPECT_TRUE(await([&] { return value(passed) >= handoffs / 2; }));
+  kill_program(members[killed]);
+  EXPECT_EQ(wait_for(members[killed]), -1);
+  // The replacement starts behind the last hand-off passed on, or at the
+  // one held when the kill came between the cut of the value and its write.
+  const int resume = value(passed) != 0 ? value(passed) + kProcesses - 1 : value(held);
+  members[killed] = member(resume);
   int timeouts = 0;
   for (int i = 0; i < kProcesses; ++i) {
     EXPECT_EQ(wait_for(members[i]), 0) << i;
     int got = -1, waits = -1;
     std::istringstream(read_bytes(reports.path(std::to_string(i)))) >> got >> waits;
-    EXPECT_EQ(got, (handoffs - i + kProcesses - 1) / kProcesses) << i;
+    const int from = i == killed ? resume : i;
+    EXPECT_EQ(got, (handoffs - from + kProcesses - 1) / kProcesses) << i;
     timeouts += waits;
   }
-  first.reset();
+  first.reset(), held.reset(), passed.reset();
   EXPECT_TRUE(std::filesystem::is_empty(native(dir.path())));
   std::printf(
-      "[ stress   ] %d hand-offs among %d processes: %d waits timed out after %u ms, %lld ms\n",
-      handoffs, kProcesses, timeouts, kTimeoutMs, elapsed_ms(start));
+      "[ stress   ] %d hand-offs among %d processes, member %d killed at %d and replaced: %d "
+      "waits timed out after %u ms, %lld ms\n",
+      handoffs, kProcesses, killed, resume, timeouts, kTimeoutMs, elapsed_ms(start));
 }
 
 }  // namespace

@@ -19,8 +19,11 @@ std::string narrow(const wstring& wide);
 // Narrow code page 932 text in the width of Ch.
 template <class Ch>
 std::basic_string<Ch> in(const std::string& narrow_text) {
-  if constexpr (sizeof(Ch) == 1) return narrow_text;
-  if constexpr (sizeof(Ch) != 1) return widen(narrow_text);
+  if constexpr (sizeof(Ch) == 1) {
+    return narrow_text;
+  } else {
+    return widen(narrow_text);
+  }
 }
 
 // A fresh directory under TEMP, removed with all it holds at the end.

@@ -37,11 +37,14 @@ using wchar = KZ_WCHAR;
 
 // Each name is pasted straight into the export's, never expanded first:
 // the Windows headers define some of them (CreateDirectory) as macros.
-#define KZ_TWIN(name)                                            \
-  template <class... Args>                                       \
-  static auto name(Args... args) {                               \
-    if constexpr (sizeof(Ch) == 1) return KZ_##name##A(args...); \
-    if constexpr (sizeof(Ch) != 1) return KZ_##name##W(args...); \
+#define KZ_TWIN(name)                \
+  template <class... Args>           \
+  static auto name(Args... args) {   \
+    if constexpr (sizeof(Ch) == 1) { \
+      return KZ_##name##A(args...);  \
+    } else {                         \
+      return KZ_##name##W(args...);  \
+    }                                \
   }
 
 template <class Ch>
